@@ -1,0 +1,70 @@
+#!/usr/bin/env bash
+# Installs the Debian packages Kovix needs (only those missing), builds it in Release and
+# assembles the stack tree in build/tree. Safe to run again: it redoes only what is needed.
+set -euo pipefail
+
+here="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
+build="${KOVIX_BUILD_DIR:-$here/build}"
+
+packages=(
+    # build
+    build-essential cmake pkg-config ccache libwxgtk3.2-dev nlohmann-json3-dev libgtest-dev
+    clang libclang-rt-14-dev
+    # the stack
+    apache2 libapache2-mod-php8.2 php8.2-cli php8.2-mysql php8.2-sqlite3 php8.2-mbstring
+    php8.2-xml php8.2-curl php8.2-gd php8.2-zip php8.2-intl php8.2-bcmath
+    mariadb-server mariadb-client phpmyadmin sqlitebrowser
+    # running and testing the window without a desktop
+    xvfb xauth x11-utils imagemagick fonts-dejavu-core shared-mime-info xdg-utils curl procps
+)
+
+missing_packages() {
+    for package in "${packages[@]}"; do
+        dpkg-query -W -f='${Status}\n' "$package" 2>/dev/null | grep -q '^install ok installed$' ||
+            echo "$package"
+    done
+}
+
+as_root() {
+    if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo "$@"; fi
+}
+
+install_missing() {
+    local missing
+    missing=$(missing_packages)
+    [ -z "$missing" ] && return 0
+    echo "== Installing:" $missing
+    export DEBIAN_FRONTEND=noninteractive
+    # phpMyAdmin's package must not ask questions nor configure a system web server.
+    printf '%s\n' 'phpmyadmin phpmyadmin/dbconfig-install boolean false' \
+        'phpmyadmin phpmyadmin/reconfigure-webserver multiselect' | as_root debconf-set-selections
+    # Keep the system's own apache2 and mariadb services from starting: the tree runs its own.
+    local policy=/usr/sbin/policy-rc.d created_policy=0
+    if [ ! -e "$policy" ]; then
+        printf '#!/bin/sh\nexit 101\n' | as_root tee "$policy" >/dev/null
+        as_root chmod +x "$policy"
+        created_policy=1
+    fi
+    as_root apt-get update -q
+    # shellcheck disable=SC2086
+    as_root apt-get install -y -q --no-install-recommends $missing </dev/null
+    [ "$created_policy" = 1 ] && as_root rm -f "$policy"
+    return 0
+}
+
+build_project() {
+    echo "== Building in $build"
+    cmake -S "$here" -B "$build" -DCMAKE_BUILD_TYPE=Release >/dev/null
+    cmake --build "$build" -j2
+}
+
+assemble_tree() {
+    if [ -x "$here/scripts/assemble-tree.sh" ]; then
+        echo "== Assembling the stack tree in $build/tree"
+        "$here/scripts/assemble-tree.sh" "$build/tree" "$build"
+    fi
+}
+
+install_missing
+build_project
+assemble_tree

@@ -1,0 +1,60 @@
+#include "core/TextFiles.h"
+
+#include <wx/convauto.h>
+#include <wx/ffile.h>
+#include <wx/filefn.h>
+
+#include <cstdio>
+
+namespace TextFiles {
+
+void InitEncoding() { wxConvAuto::SetFallbackEncoding(wxFONTENCODING_CP1252); }
+
+bool Read(const wxString& path, wxString& text) {
+    wxFFile file;
+    if (!wxFileExists(path) || !file.Open(path, "rb"))
+        return false;
+    return file.ReadAll(&text, wxConvAuto());
+}
+
+namespace {
+
+bool WriteBytes(const wxString& path, const void* data, size_t size) {
+    std::FILE* file = std::fopen(path.fn_str(), "wb");
+    if (!file)
+        return false;
+    bool written = std::fwrite(data, 1, size, file) == size;
+    written = std::fflush(file) == 0 && written;
+    return std::fclose(file) == 0 && written;
+}
+
+bool ReplaceWith(const wxString& scratch, const wxString& path) {
+    // rename(2) replaces the target atomically; the old file stays until the new one is whole.
+    if (std::rename(scratch.fn_str(), path.fn_str()) == 0)
+        return true;
+    wxRemoveFile(scratch);
+    return false;
+}
+
+} // namespace
+
+bool WriteAtomically(const wxString& path, const wxString& text, const wxString& scratchPath) {
+    const wxString scratch = scratchPath.empty() ? path + ".temp" : scratchPath;
+    const wxScopedCharBuffer utf8 = text.utf8_str();
+    if (!WriteBytes(scratch, utf8.data(), utf8.length())) {
+        wxRemoveFile(scratch);
+        return false;
+    }
+    return ReplaceWith(scratch, path);
+}
+
+bool CopyAtomically(const wxString& from, const wxString& to) {
+    const wxString scratch = to + ".temp";
+    if (!wxCopyFile(from, scratch, true)) {
+        wxRemoveFile(scratch);
+        return false;
+    }
+    return ReplaceWith(scratch, to);
+}
+
+} // namespace TextFiles

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <wx/string.h>
+
+// Whole-file text reading and writing shared by every editor of the tree's files.
+// Reading detects the encoding (byte-order mark, else UTF-8, else CP1252, the encoding Windows
+// users' files come in); writing produces UTF-8 without byte-order mark, through a scratch file
+// renamed over the target, so the target is never seen half-written.
+namespace TextFiles {
+
+// Makes CP1252 the fallback of automatic detection; call once at start-up.
+void InitEncoding();
+
+bool Read(const wxString& path, wxString& text);
+// scratchPath defaults to path + ".temp". On failure the target is left untouched.
+bool WriteAtomically(const wxString& path, const wxString& text, const wxString& scratchPath = "");
+// Copies from over to, replacing it through a scratch file.
+bool CopyAtomically(const wxString& from, const wxString& to);
+
+} // namespace TextFiles

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <wx/string.h>
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+// What a hidden child needs to start: the whole command line (executable first, unquoted; quoted
+// arguments may contain blanks), its working folder and the changes to the inherited environment.
+struct ChildSpec {
+    wxString commandLine;
+    wxString workingFolder;
+    wxString pathPrefix; // put in front of PATH for the child only
+    std::vector<std::pair<wxString, wxString>> environment; // set (or, with empty value, emptied)
+};
+
+// A started child with its output pipe (stdout and stderr together) and its input pipe.
+class ChildProcess {
+public:
+    virtual ~ChildProcess() = default;
+    virtual long Pid() const = 0;
+    // Asks the system whether the child still runs; reaps it once it has ended.
+    virtual bool IsActive() = 0;
+    // Everything the child has written so far and not yet read; never blocks.
+    virtual wxString ReadOutput() = 0;
+};
+
+// Cumulative processor time of one process and of the whole machine, in clock ticks.
+struct ProcessorTimes {
+    std::uint64_t process = 0;
+    std::uint64_t machine = 0;
+};
+
+// The operating-system services the panel needs beyond wxWidgets. One implementation per system;
+// nothing outside src/platform asks the system directly.
+class Platform {
+public:
+    virtual ~Platform() = default;
+    static Platform& Get();
+
+    // Identity and defaults.
+    virtual wxString ExecutablePath() = 0;
+    virtual wxString LoginName() = 0;
+    // The user's interface language as a lower-case two-letter code ("en", "fr", ...), or "".
+    virtual wxString DefaultUiLanguage() = 0;
+    virtual wxString DefaultTextEditor() = 0;
+    // Separator between PATH entries (":" here, ";" on Windows).
+    virtual wxString PathListSeparator() = 0;
+
+    // Processes.
+    virtual std::unique_ptr<ChildProcess> StartHidden(const ChildSpec& spec) = 0;
+    // Live processes whose executable name equals name, ignoring case; zombies are skipped.
+    virtual std::vector<long> FindProcessesByName(const wxString& name) = 0;
+    virtual void KillProcess(long pid) = 0;
+    virtual bool ReadProcessorTimes(long pid, ProcessorTimes& times) = 0;
+
+    // Network.
+    // True when something accepts a connection on localhost:port within timeoutMs.
+    virtual bool IsLocalPortTaken(int port, int timeoutMs) = 0;
+    // Name and pid of the process listening on the port, e.g. "nginx (pid 812)"; "" when unseen.
+    virtual wxString DescribePortHolder(int port) = 0;
+
+    // Desktop.
+    virtual bool OpenUrl(const wxString& url) = 0;
+    virtual bool OpenFolder(const wxString& folder) = 0;
+    virtual bool OpenProgram(const wxString& program, const wxString& argument) = 0;
+};

@@ -1,0 +1,75 @@
+#include "platform/PosixPlatform.h"
+
+#include <wx/stdpaths.h>
+#include <wx/utils.h>
+
+#include <cstdlib>
+#include <string>
+#include <sys/wait.h>
+#include <unistd.h>
+
+Platform& Platform::Get() {
+    static PosixPlatform platform;
+    return platform;
+}
+
+wxString PosixPlatform::ExecutablePath() { return wxStandardPaths::Get().GetExecutablePath(); }
+
+wxString PosixPlatform::LoginName() {
+    wxString name = wxGetUserId();
+    return name.empty() ? wxString::Format("uid%ld", static_cast<long>(getuid())) : name;
+}
+
+// The first non-empty of the locale variables, in the order the C library consults them.
+wxString PosixPlatform::DefaultUiLanguage() {
+    for (const char* variable : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+        const char* value = std::getenv(variable);
+        if (value && *value)
+            return wxString(value).Left(2).Lower();
+    }
+    return wxString();
+}
+
+wxString PosixPlatform::DefaultTextEditor() { return "xdg-open"; }
+
+wxString PosixPlatform::PathListSeparator() { return ":"; }
+
+namespace {
+
+// Starts argv detached from the panel (own session, no terminal), without waiting for it.
+bool SpawnDetached(const std::vector<std::string>& argv) {
+    pid_t pid = fork();
+    if (pid < 0)
+        return false;
+    if (pid == 0) {
+        setsid();
+        if (fork() != 0)
+            _exit(0);
+        std::vector<char*> args;
+        for (const std::string& arg : argv)
+            args.push_back(const_cast<char*>(arg.c_str()));
+        args.push_back(nullptr);
+        execvp(args[0], args.data());
+        _exit(127);
+    }
+    int status = 0;
+    waitpid(pid, &status, 0);
+    return true;
+}
+
+} // namespace
+
+bool PosixPlatform::OpenUrl(const wxString& url) {
+    return SpawnDetached({"xdg-open", url.utf8_string()});
+}
+
+bool PosixPlatform::OpenFolder(const wxString& folder) {
+    return SpawnDetached({"xdg-open", folder.utf8_string()});
+}
+
+bool PosixPlatform::OpenProgram(const wxString& program, const wxString& argument) {
+    std::vector<std::string> argv{program.utf8_string()};
+    if (!argument.empty())
+        argv.push_back(argument.utf8_string());
+    return SpawnDetached(argv);
+}

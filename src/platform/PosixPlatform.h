@@ -1,0 +1,26 @@
+#pragma once
+
+#include "platform/Platform.h"
+
+// Linux implementation: /proc for processes and sockets, fork/exec for children, xdg-open for
+// the desktop.
+class PosixPlatform : public Platform {
+public:
+    wxString ExecutablePath() override;
+    wxString LoginName() override;
+    wxString DefaultUiLanguage() override;
+    wxString DefaultTextEditor() override;
+    wxString PathListSeparator() override;
+
+    std::unique_ptr<ChildProcess> StartHidden(const ChildSpec& spec) override;
+    std::vector<long> FindProcessesByName(const wxString& name) override;
+    void KillProcess(long pid) override;
+    bool ReadProcessorTimes(long pid, ProcessorTimes& times) override;
+
+    bool IsLocalPortTaken(int port, int timeoutMs) override;
+    wxString DescribePortHolder(int port) override;
+
+    bool OpenUrl(const wxString& url) override;
+    bool OpenFolder(const wxString& folder) override;
+    bool OpenProgram(const wxString& program, const wxString& argument) override;
+};

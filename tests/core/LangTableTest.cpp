@@ -1,0 +1,66 @@
+#include "app/AppSettings.h"
+#include "lang/LangTable.h"
+
+#include <gtest/gtest.h>
+
+TEST(LangTable, KeepsTheProgramsOwnWordingsInBothLanguages) {
+    AppSettings settings;
+    settings.SetString("CURRENT_LANG", "en");
+    InitLangTable(settings, "fr");
+    EXPECT_EQ(GetLangText("WWW_FODLER"), "www Folder");
+    EXPECT_EQ(GetLangText("STOPSERVER_MESSAGE"),
+              "Server curently running, do you want stop Apache and MySQL before closing Kovix");
+    EXPECT_EQ(GetLangText("LOG_ALL_DELETE_RUNNING"),
+              "You must stop Apache and MySQL server before supress log file");
+    EXPECT_EQ(GetLangText("INFO_PUBLICIP_NO"), "No available");
+    EXPECT_EQ(GetLangText("VALUE2"), "Value : ");
+    EXPECT_EQ(GetLangText("RESTORE_CONFIG_SURE"),
+              "WARNING : The initial restoration configuration will remove all your current "
+              "settings.\n\nAre you sure you want to continue?");
+    SetLangIndex(1);
+    EXPECT_EQ(GetLangText("START"), wxString::FromUTF8("Démarrer"));
+    EXPECT_EQ(GetLangText("PORT_MESSAGE2"),
+              wxString::FromUTF8(" est déja utilisé par un autre programme"));
+    EXPECT_EQ(GetLangText("LOG_ALL_DELETE_RUNNING"),
+              wxString::FromUTF8("Vous devez arrêter les serveur Apache et MySQL avant de supprimer les logs"));
+    EXPECT_EQ(GetLangText("PREF_TEXT_EDITOR_SELECT"), "Selectionner");
+    EXPECT_EQ(GetLangText("APACHE_STATUS"), "Apache Status : ");
+    EXPECT_EQ(GetLangText("OK"), "OK");
+    EXPECT_EQ(GetLangList()[1], "Francais");
+}
+
+TEST(LangTable, UnknownKeysComeBackAsThemselvesPerLanguage) {
+    AppSettings settings;
+    settings.SetString("CURRENT_LANG", "fr");
+    InitLangTable(settings, "en");
+    const wxString& inserted = GetLangText("NO_SUCH_KEY");
+    EXPECT_EQ(inserted, "NO_SUCH_KEY");
+    EXPECT_EQ(&GetLangText("NO_SUCH_KEY"), &inserted) << "the row was inserted";
+    SetLangIndex(0);
+    EXPECT_EQ(GetLangText("NO_SUCH_KEY"), "NO_SUCH_KEY");
+}
+
+TEST(LangTable, ChoosesTheSystemLanguageWithoutWritingIt) {
+    const std::pair<const char*, const char*> cases[] = {{"fr", "fr"}, {"FRA", "fr"},
+                                                         {"de", "en"}, {"", "en"}};
+    for (const auto& [system, expected] : cases) {
+        AppSettings settings;
+        InitLangTable(settings, system);
+        EXPECT_EQ(GetCurrentLangCode(), expected) << system;
+        EXPECT_FALSE(settings.Has("CURRENT_LANG")) << system;
+    }
+}
+
+TEST(LangTable, UnknownStoredCodeShowsEnglishAndIsKeptUntilChosen) {
+    AppSettings settings;
+    settings.SetString("CURRENT_LANG", "es");
+    InitLangTable(settings, "fr");
+    EXPECT_EQ(GetLangText("CANCEL"), "Cancel");
+    EXPECT_EQ(settings.GetLanguage(), "es");
+    SetLangIndex(5);
+    EXPECT_EQ(GetCurrentLangCode(), "en");
+    EXPECT_EQ(settings.GetLanguage(), "en") << "an out-of-range index still stores the code";
+    SetLangIndex(1);
+    EXPECT_EQ(settings.GetLanguage(), "fr");
+    EXPECT_EQ(GetLangIndex(), 1);
+}
