@@ -18,9 +18,13 @@ const wxRegEx& LinePattern() {
 
 } // namespace
 
-AppSettings* AppSettings::Instance() { return instance; }
+AppSettings* AppSettings::Instance() {
+    return instance;
+}
 
-void AppSettings::SetInstance(AppSettings* settings) { instance = settings; }
+void AppSettings::SetInstance(AppSettings* settings) {
+    instance = settings;
+}
 
 void AppSettings::Load(const wxString& path) {
     wxString text;
@@ -51,7 +55,9 @@ wxString AppSettings::GetString(const wxString& key) const {
     return found == values.end() ? wxString() : found->second;
 }
 
-void AppSettings::SetString(const wxString& key, const wxString& value) { values[key] = value; }
+void AppSettings::SetString(const wxString& key, const wxString& value) {
+    values[key] = value;
+}
 
 bool AppSettings::GetBool(const wxString& key, bool defaultValue) const {
     const wxString value = GetString(key).Lower();
@@ -62,7 +68,9 @@ bool AppSettings::GetBool(const wxString& key, bool defaultValue) const {
     return defaultValue;
 }
 
-void AppSettings::SetBool(const wxString& key, bool value) { SetString(key, value ? "1" : "0"); }
+void AppSettings::SetBool(const wxString& key, bool value) {
+    SetString(key, value ? "1" : "0");
+}
 
 bool AppSettings::IsOnline() const {
     long mode = 0;
@@ -78,7 +86,9 @@ int AppSettings::GetPort() const {
     return ParseDecimal(GetString(APACHE_PORT), port) ? static_cast<int>(port) : 80;
 }
 
-void AppSettings::SetPort(int port) { SetString(APACHE_PORT, wxString::Format("%i", port)); }
+void AppSettings::SetPort(int port) {
+    SetString(APACHE_PORT, wxString::Format("%i", port));
+}
 
 void AppSettings::SetLanguageIndex(int index, const wxString& currentCode) {
     static const char* const codes[] = {"en", "fr"};

@@ -107,11 +107,17 @@ CtlContext::CtlContext(const wxString& programFolder, std::ostream& out, std::os
     InitLangTable(settings);
 }
 
-void CtlContext::Print(const wxString& line) { out << Utf8(line) << "\n"; }
+void CtlContext::Print(const wxString& line) {
+    out << Utf8(line) << "\n";
+}
 
-void CtlContext::PrintError(const wxString& line) { err << Utf8(line) << "\n"; }
+void CtlContext::PrintError(const wxString& line) {
+    err << Utf8(line) << "\n";
+}
 
-void CtlContext::PrintJson(const nlohmann::json& document) { out << document.dump() << "\n"; }
+void CtlContext::PrintJson(const nlohmann::json& document) {
+    out << document.dump() << "\n";
+}
 
 void CtlContext::PrintTable(const std::vector<std::vector<wxString>>& rows) {
     std::vector<size_t> widths;

@@ -61,5 +61,9 @@ struct CtlRegistrar {
 // Runs kovixctl with its arguments (without the program name); returns the exit code.
 int RunKovixCtl(const std::vector<wxString>& arguments, std::ostream& out, std::ostream& err);
 
-inline std::string Utf8(const wxString& text) { return text.utf8_string(); }
-inline wxString FromUtf8(const std::string& text) { return wxString::FromUTF8(text); }
+inline std::string Utf8(const wxString& text) {
+    return text.utf8_string();
+}
+inline wxString FromUtf8(const std::string& text) {
+    return wxString::FromUTF8(text);
+}

@@ -8,7 +8,9 @@
 
 namespace TextFiles {
 
-void InitEncoding() { wxConvAuto::SetFallbackEncoding(wxFONTENCODING_CP1252); }
+void InitEncoding() {
+    wxConvAuto::SetFallbackEncoding(wxFONTENCODING_CP1252);
+}
 
 bool Read(const wxString& path, wxString& text) {
     wxFFile file;

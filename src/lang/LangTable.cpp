@@ -57,7 +57,9 @@ const wxString& GetLangText(const wxString& key) {
     return text->second;
 }
 
-wxString GetCurrentLangCode() { return currentCode; }
+wxString GetCurrentLangCode() {
+    return currentCode;
+}
 
 wxArrayString GetLangList() {
     wxArrayString names;
@@ -75,4 +77,6 @@ void SetLangIndex(int index) {
         settingsStore->SetLanguageIndex(index, currentCode);
 }
 
-int GetLangIndex() { return currentCode == "fr" ? 1 : 0; }
+int GetLangIndex() {
+    return currentCode == "fr" ? 1 : 0;
+}

@@ -6,8 +6,8 @@
 class AppSettings;
 
 // The two-language text table ("en", "fr") every visible text is fetched from by key. Built once at
-// start-up and then used from the GUI thread only: looking up an unknown key inserts it (showing the
-// key itself), so a missing translation is visible instead of blank.
+// start-up and then used from the GUI thread only: looking up an unknown key inserts it (showing
+// the key itself), so a missing translation is visible instead of blank.
 //
 // Chooses the current language from CURRENT_LANG, else from systemLanguage (the platform's when
 // omitted); English when the code is not in the table. Nothing is written back to the settings.
@@ -18,7 +18,8 @@ const wxString& GetLangText(const wxString& key);
 wxString GetCurrentLangCode();
 // Display names in index order: "English", "Francais".
 wxArrayString GetLangList();
-// 0 selects "en", 1 "fr", any other index keeps the current one; the code is stored in the settings.
+// 0 selects "en", 1 "fr", any other index keeps the current one; the code is stored in the
+// settings.
 void SetLangIndex(int index);
 // Index of the current language in GetLangList().
 int GetLangIndex();

@@ -13,7 +13,9 @@ Platform& Platform::Get() {
     return platform;
 }
 
-wxString PosixPlatform::ExecutablePath() { return wxStandardPaths::Get().GetExecutablePath(); }
+wxString PosixPlatform::ExecutablePath() {
+    return wxStandardPaths::Get().GetExecutablePath();
+}
 
 wxString PosixPlatform::LoginName() {
     wxString name = wxGetUserId();
@@ -30,9 +32,13 @@ wxString PosixPlatform::DefaultUiLanguage() {
     return wxString();
 }
 
-wxString PosixPlatform::DefaultTextEditor() { return "xdg-open"; }
+wxString PosixPlatform::DefaultTextEditor() {
+    return "xdg-open";
+}
 
-wxString PosixPlatform::PathListSeparator() { return ":"; }
+wxString PosixPlatform::PathListSeparator() {
+    return ":";
+}
 
 namespace {
 

@@ -56,7 +56,10 @@ TEST(AppSettingsFile, RoundTripsAccentsAndCutsAtAQuote) {
     settings.SetString("TEXT_EDITOR", wxString::FromUTF8("/opt/éditeur"));
     settings.SetString("QUOTED", "say \"hi\"");
     settings.Save(dir.File("kovix.ini"));
-    EXPECT_NE(ReadBytes(dir.File("kovix.ini")).find("/opt/\xc3\xa9" "diteur"), std::string::npos)
+    EXPECT_NE(ReadBytes(dir.File("kovix.ini"))
+                  .find("/opt/\xc3\xa9"
+                        "diteur"),
+              std::string::npos)
         << "written as UTF-8";
     AppSettings reread;
     reread.Load(dir.File("kovix.ini"));
@@ -65,10 +68,15 @@ TEST(AppSettingsFile, RoundTripsAccentsAndCutsAtAQuote) {
 }
 
 TEST(AppSettingsFile, ReadsWindowsEncodedFilesAndBom) {
-    EXPECT_EQ(LoadFrom("TEXT_EDITOR = \"C:\\\\\xe9" "diteur\"\r\n").GetString("TEXT_EDITOR"),
+    EXPECT_EQ(LoadFrom("TEXT_EDITOR = \"C:\\\\\xe9"
+                       "diteur\"\r\n")
+                  .GetString("TEXT_EDITOR"),
               wxString::FromUTF8("C:\\\\éditeur"))
         << "CP1252 fallback";
-    EXPECT_EQ(LoadFrom("\xef\xbb\xbf" "CURRENT_LANG = \"fr\"\n").GetString("CURRENT_LANG"), "fr");
+    EXPECT_EQ(LoadFrom("\xef\xbb\xbf"
+                       "CURRENT_LANG = \"fr\"\n")
+                  .GetString("CURRENT_LANG"),
+              "fr");
 }
 
 TEST(AppSettingsFile, MissingFileKeepsTheStore) {
@@ -91,8 +99,8 @@ TEST(AppSettingsFile, FailedSaveLeavesTheOriginalByteIdentical) {
 
 TEST(AppSettingsValues, BooleansAreOneZeroOnOffInAnyCase) {
     AppSettings settings;
-    const std::pair<const char*, int> cases[] = {{"1", 1},  {"ON", 1},    {"On", 1}, {"0", 0},
-                                                 {"off", 0}, {"true", -1}, {"", -1}, {"2", -1}};
+    const std::pair<const char*, int> cases[] = {{"1", 1},   {"ON", 1},    {"On", 1}, {"0", 0},
+                                                 {"off", 0}, {"true", -1}, {"", -1},  {"2", -1}};
     for (const auto& [text, expected] : cases) {
         settings.SetString("FLAG", text);
         EXPECT_EQ(settings.GetBool("FLAG", true), expected != 0) << text;

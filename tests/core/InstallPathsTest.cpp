@@ -1,5 +1,5 @@
-#include "app/AppSettings.h"
 #include "core/InstallPaths.h"
+#include "app/AppSettings.h"
 
 #include <gtest/gtest.h>
 

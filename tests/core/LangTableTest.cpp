@@ -1,5 +1,5 @@
-#include "app/AppSettings.h"
 #include "lang/LangTable.h"
+#include "app/AppSettings.h"
 
 #include <gtest/gtest.h>
 
@@ -22,7 +22,8 @@ TEST(LangTable, KeepsTheProgramsOwnWordingsInBothLanguages) {
     EXPECT_EQ(GetLangText("PORT_MESSAGE2"),
               wxString::FromUTF8(" est déja utilisé par un autre programme"));
     EXPECT_EQ(GetLangText("LOG_ALL_DELETE_RUNNING"),
-              wxString::FromUTF8("Vous devez arrêter les serveur Apache et MySQL avant de supprimer les logs"));
+              wxString::FromUTF8(
+                  "Vous devez arrêter les serveur Apache et MySQL avant de supprimer les logs"));
     EXPECT_EQ(GetLangText("PREF_TEXT_EDITOR_SELECT"), "Selectionner");
     EXPECT_EQ(GetLangText("APACHE_STATUS"), "Apache Status : ");
     EXPECT_EQ(GetLangText("OK"), "OK");
@@ -41,8 +42,8 @@ TEST(LangTable, UnknownKeysComeBackAsThemselvesPerLanguage) {
 }
 
 TEST(LangTable, ChoosesTheSystemLanguageWithoutWritingIt) {
-    const std::pair<const char*, const char*> cases[] = {{"fr", "fr"}, {"FRA", "fr"},
-                                                         {"de", "en"}, {"", "en"}};
+    const std::pair<const char*, const char*> cases[] = {
+        {"fr", "fr"}, {"FRA", "fr"}, {"de", "en"}, {"", "en"}};
     for (const auto& [system, expected] : cases) {
         AppSettings settings;
         InitLangTable(settings, system);

@@ -40,9 +40,14 @@ TEST(CtlSettings, SettersWriteOnlyWhatTheyChange) {
 
 TEST(CtlSettings, UsageErrorsExitTwoAndWriteNothing) {
     TempDir root;
-    const std::vector<std::vector<wxString>> bad = {
-        {"port", "abc"}, {"port", "80", "81"}, {"mode", "maybe"}, {"lang", "de"},
-        {"nosuchcommand"}, {"--bogus", "port"}, {}, {"url", "ftp"}};
+    const std::vector<std::vector<wxString>> bad = {{"port", "abc"},
+                                                    {"port", "80", "81"},
+                                                    {"mode", "maybe"},
+                                                    {"lang", "de"},
+                                                    {"nosuchcommand"},
+                                                    {"--bogus", "port"},
+                                                    {},
+                                                    {"url", "ftp"}};
     for (const auto& args : bad) {
         CommandResult result = Ctl(root, args);
         EXPECT_EQ(result.exitCode, 2) << (args.empty() ? wxString("(none)") : args[0]);
@@ -54,8 +59,9 @@ TEST(CtlSettings, UsageErrorsExitTwoAndWriteNothing) {
 
 TEST(CtlSettings, LanguageFollowsTheLocaleWhenUnset) {
     TempDir root;
-    CommandResult french = RunShell("LC_ALL= LC_MESSAGES= LANG=fr_FR.UTF-8 '" KOVIXCTL_PATH
-                                    "' --root '" + root.Path() + "' text STOP");
+    CommandResult french =
+        RunShell("LC_ALL= LC_MESSAGES= LANG=fr_FR.UTF-8 '" KOVIXCTL_PATH "' --root '" +
+                 root.Path() + "' text STOP");
     EXPECT_EQ(french.out, wxString::FromUTF8("Arrêter\n"));
     EXPECT_FALSE(wxFileExists(root.File("kovix.ini")));
 }

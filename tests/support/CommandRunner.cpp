@@ -34,4 +34,6 @@ CommandResult RunCommand(const std::vector<wxString>& argv) {
     return result;
 }
 
-CommandResult RunShell(const wxString& commandLine) { return RunCommand({"/bin/sh", "-c", commandLine}); }
+CommandResult RunShell(const wxString& commandLine) {
+    return RunCommand({"/bin/sh", "-c", commandLine});
+}

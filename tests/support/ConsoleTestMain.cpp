@@ -7,8 +7,8 @@
 
 namespace {
 
-void FailOnAssert(const wxString& file, int line, const wxString& function, const wxString& condition,
-                  const wxString& message) {
+void FailOnAssert(const wxString& file, int line, const wxString& function,
+                  const wxString& condition, const wxString& message) {
     ADD_FAILURE_AT(file.utf8_str(), line)
         << "wx assertion in " << function << ": " << condition << " " << message;
 }

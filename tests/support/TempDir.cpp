@@ -16,7 +16,9 @@ TempDir::TempDir(const wxString& prefix) {
     path = wxString::FromUTF8(pattern);
 }
 
-TempDir::~TempDir() { wxFileName::Rmdir(path, wxPATH_RMDIR_RECURSIVE); }
+TempDir::~TempDir() {
+    wxFileName::Rmdir(path, wxPATH_RMDIR_RECURSIVE);
+}
 
 std::string ReadBytes(const wxString& path) {
     std::ifstream in(path.fn_str(), std::ios::binary);
