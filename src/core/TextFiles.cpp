@@ -21,6 +21,11 @@ bool Read(const wxString& path, wxString& text) {
 
 namespace {
 
+void RemoveScratch(const wxString& scratch) {
+    if (wxFileExists(scratch))
+        wxRemoveFile(scratch);
+}
+
 bool WriteBytes(const wxString& path, const void* data, size_t size) {
     std::FILE* file = std::fopen(path.fn_str(), "wb");
     if (!file)
@@ -34,7 +39,7 @@ bool ReplaceWith(const wxString& scratch, const wxString& path) {
     // rename(2) replaces the target atomically; the old file stays until the new one is whole.
     if (std::rename(scratch.fn_str(), path.fn_str()) == 0)
         return true;
-    wxRemoveFile(scratch);
+    RemoveScratch(scratch);
     return false;
 }
 
@@ -44,7 +49,7 @@ bool WriteAtomically(const wxString& path, const wxString& text, const wxString&
     const wxString scratch = scratchPath.empty() ? path + ".temp" : scratchPath;
     const wxScopedCharBuffer utf8 = text.utf8_str();
     if (!WriteBytes(scratch, utf8.data(), utf8.length())) {
-        wxRemoveFile(scratch);
+        RemoveScratch(scratch);
         return false;
     }
     return ReplaceWith(scratch, path);
@@ -53,7 +58,7 @@ bool WriteAtomically(const wxString& path, const wxString& text, const wxString&
 bool CopyAtomically(const wxString& from, const wxString& to) {
     const wxString scratch = to + ".temp";
     if (!wxCopyFile(from, scratch, true)) {
-        wxRemoveFile(scratch);
+        RemoveScratch(scratch);
         return false;
     }
     return ReplaceWith(scratch, to);
