@@ -61,6 +61,10 @@ public:
     // Name and pid of the process listening on the port, e.g. "nginx (pid 812)"; "" when unseen.
     virtual wxString DescribePortHolder(int port) = 0;
 
+    // Files.
+    // Last modification time of path in milliseconds since the epoch; false when it cannot be read.
+    virtual bool FileModificationTime(const wxString& path, std::int64_t& milliseconds) = 0;
+
     // Desktop.
     virtual bool OpenUrl(const wxString& url) = 0;
     virtual bool OpenFolder(const wxString& folder) = 0;

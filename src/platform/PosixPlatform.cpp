@@ -5,6 +5,7 @@
 
 #include <cstdlib>
 #include <string>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -38,6 +39,16 @@ wxString PosixPlatform::DefaultTextEditor() {
 
 wxString PosixPlatform::PathListSeparator() {
     return ":";
+}
+
+// stat's nanosecond field: wxFileName only reports whole seconds here.
+bool PosixPlatform::FileModificationTime(const wxString& path, std::int64_t& milliseconds) {
+    struct stat status;
+    if (stat(path.fn_str(), &status) != 0)
+        return false;
+    milliseconds =
+        static_cast<std::int64_t>(status.st_mtim.tv_sec) * 1000 + status.st_mtim.tv_nsec / 1000000;
+    return true;
 }
 
 namespace {

@@ -20,6 +20,8 @@ public:
     bool IsLocalPortTaken(int port, int timeoutMs) override;
     wxString DescribePortHolder(int port) override;
 
+    bool FileModificationTime(const wxString& path, std::int64_t& milliseconds) override;
+
     bool OpenUrl(const wxString& url) override;
     bool OpenFolder(const wxString& folder) override;
     bool OpenProgram(const wxString& program, const wxString& argument) override;

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "core/InstallPaths.h"
+
+#include <wx/string.h>
+
+#include <cstdint>
+#include <functional>
+#include <vector>
+
+// One placeholder of a template and the text that takes its place.
+struct Replacement {
+    wxString placeholder;
+    wxString value;
+};
+using ReplacementList = std::vector<Replacement>;
+
+// Writes the live configuration files from their templates: the Apache set (httpd.conf, php.ini
+// of the selected PHP version, the partners of conf/extra/*_source.conf) and my.ini. The lists
+// are built afresh from the settings on each call; placeholders are replaced in list order.
+// Failures are silent: a missing template leaves its output file as it was.
+class ConfigGenerator {
+public:
+    explicit ConfigGenerator(const InstallPaths& paths) : paths(paths) {}
+
+    ReplacementList ApacheReplacements() const;
+    ReplacementList MysqlReplacements() const;
+    // The access lines that stand for {ONLINE_MODE}.
+    static wxString AccessText(bool online);
+
+    // Reads templatePath whole, replaces every occurrence of each placeholder in list order and
+    // writes the result to outputPath as UTF-8.
+    static void ExpandFile(const wxString& templatePath, const wxString& outputPath,
+                           const ReplacementList& replacements);
+
+    void GenerateApache() const;
+    void GenerateMysql() const;
+
+private:
+    void GenerateExtraFolder(const ReplacementList& replacements) const;
+
+    InstallPaths paths;
+};
+
+// Remembers a template's modification time (milliseconds) and tells when it changes. Primed at
+// construction, so the first test reports no change. The path is asked for on every test: the
+// PHP template moves with the selected version.
+class TemplateWatch {
+public:
+    explicit TemplateWatch(std::function<wxString()> templatePath);
+
+    static TemplateWatch ApacheSource(const InstallPaths& paths);
+    static TemplateWatch PhpSource(const InstallPaths& paths);
+    static TemplateWatch MysqlSource(const InstallPaths& paths);
+
+    // True when the template exists and its time differs from the remembered one, which it then
+    // becomes. A missing template answers false and keeps the remembered time.
+    bool HasChanged();
+
+private:
+    std::function<wxString()> templatePath;
+    std::int64_t remembered;
+};
