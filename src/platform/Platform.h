@@ -54,6 +54,8 @@ public:
     virtual std::vector<long> FindProcessesByName(const wxString& name) = 0;
     virtual void KillProcess(long pid) = 0;
     virtual bool ReadProcessorTimes(long pid, ProcessorTimes& times) = 0;
+    // True when the process's working folder, executable or command line lies in folder.
+    virtual bool ProcessLivesIn(long pid, const wxString& folder) = 0;
 
     // Network.
     // True when something accepts a connection on localhost:port within timeoutMs.

@@ -16,6 +16,7 @@ public:
     std::vector<long> FindProcessesByName(const wxString& name) override;
     void KillProcess(long pid) override;
     bool ReadProcessorTimes(long pid, ProcessorTimes& times) override;
+    bool ProcessLivesIn(long pid, const wxString& folder) override;
 
     bool IsLocalPortTaken(int port, int timeoutMs) override;
     wxString DescribePortHolder(int port) override;

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "core/ConfigGenerator.h"
+#include "core/CpuMeter.h"
+#include "core/InstallPaths.h"
+#include "core/ServerProcess.h"
+
+#include <memory>
+
+// The MySQL (MariaDB) server of the tree: starts it as a hidden child from a freshly generated
+// my.ini, shuts it down in order through the admin tool with the panel's own account, and tells
+// whether it runs (by process name), its processor share, what it and the admin tool wrote, and
+// whether my_source.ini changed since the last test.
+class MysqlServer {
+public:
+    // The account of the shipped data that may shut the server down.
+    static constexpr const char* ShutdownUser = "kovix";
+    static constexpr const char* ShutdownPassword = "RbTwXcHqPsLmYv";
+
+    explicit MysqlServer(const InstallPaths& paths);
+
+    // Does nothing while the child of the last start is active.
+    void Start();
+    // Asks the admin tool to shut the server down; does nothing while an earlier shutdown runs.
+    // Returns at once: the server is gone a moment later.
+    void Stop();
+
+    bool IsRunning() const;
+    double CpuUse();
+    // What the server and then the admin tool wrote since the last call.
+    wxString ReadOutput();
+    long StartedPid() const;
+
+    bool HasSourceChanged() { return mysqlSource.HasChanged(); }
+
+    wxString CommandLine() const;
+    wxString ShutdownCommandLine() const;
+
+private:
+    InstallPaths paths;
+    std::unique_ptr<ServerProcess> record;
+    std::unique_ptr<ServerProcess> adminRecord;
+    CpuMeter meter;
+    TemplateWatch mysqlSource;
+};

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "platform/Platform.h"
+
+#include <wx/string.h>
+
+#include <memory>
+
+// One hidden server child: its command line (executable first, unquoted; quoted arguments may
+// hold blanks), working folder and environment changes, and once run, the child with its output
+// pipe. Whether the child still lives is always asked of the system. Destroying the record
+// closes its pipes but leaves the child running.
+class ServerProcess {
+public:
+    ServerProcess(const wxString& commandLine, const wxString& workingFolder);
+
+    // Put in front of the inherited PATH for the child only.
+    void SetPathPrefix(const wxString& prefix) { spec.pathPrefix = prefix; }
+    // An extra variable of the child's environment (an empty value sets it empty).
+    void SetVariable(const wxString& name, const wxString& value);
+
+    // True when the child was created.
+    bool Run();
+    bool IsActive();
+    // Everything the child has written and not yet read; never blocks.
+    wxString ReadOutput();
+    long Pid() const;
+
+    const wxString& CommandLine() const { return spec.commandLine; }
+    const wxString& WorkingFolder() const { return spec.workingFolder; }
+
+private:
+    ChildSpec spec;
+    std::unique_ptr<ChildProcess> child;
+};
