@@ -15,6 +15,7 @@ public:
     static wxString ExecutableFolder();
 
     wxString ProgramFolder() const { return programFolder; }
+    const AppSettings& Settings() const { return settings; }
     wxString SettingsFile() const;
     wxString WwwFolder() const;
     wxString ApacheFolder() const;

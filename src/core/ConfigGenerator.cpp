@@ -1,0 +1,103 @@
+#include "core/ConfigGenerator.h"
+
+#include "app/AppSettings.h"
+#include "core/PhpVersions.h"
+#include "core/TextFiles.h"
+#include "platform/Platform.h"
+
+#include <wx/dir.h>
+#include <wx/regex.h>
+#include <wx/time.h>
+
+#include <algorithm>
+
+// Paths are joined with "/" here already, so the folder values go into the templates as they are.
+ReplacementList ConfigGenerator::ApacheReplacements() const {
+    const AppSettings& settings = paths.Settings();
+    const wxString moduleFile = PhpVersions::ModuleFile(paths);
+    return {{"{APACHEPATH}", paths.ApacheFolder()},
+            {"{DOCUMENTPATH}", paths.WwwFolder()},
+            {"{PHPPATH}", paths.PhpFolder()},
+            {"{PHPAPACHE2FILE}", moduleFile},
+            {"{PHPEXTPATH}", paths.PhpExtensionFolder()},
+            {"{PHPMODULENAME}", PhpVersions::ModuleNameOf(moduleFile)},
+            {"{APACHE_PORT}", settings.GetPortText()},
+            {"{ONLINE_MODE}", AccessText(settings.IsOnline())}};
+}
+
+ReplacementList ConfigGenerator::MysqlReplacements() const {
+    return {{"{MYSQLPATH}", paths.MysqlFolder()},
+            {"{MYSQLBINPATH}", paths.MysqlBinFolder()},
+            {"{MYSQLDATAPATH}", paths.MysqlDataFolder()}};
+}
+
+wxString ConfigGenerator::AccessText(bool online) {
+    if (online)
+        return "Order allow,deny\n\tAllow from all\n";
+    return "Order deny,allow\n\tDeny from all\n\tAllow from 127.0.0.1 localhost\n";
+}
+
+void ConfigGenerator::ExpandFile(const wxString& templatePath, const wxString& outputPath,
+                                 const ReplacementList& replacements) {
+    wxString text;
+    if (!TextFiles::Read(templatePath, text))
+        return;
+    for (const Replacement& replacement : replacements)
+        text.Replace(replacement.placeholder, replacement.value, true);
+    TextFiles::WriteAtomically(outputPath, text);
+}
+
+void ConfigGenerator::GenerateApache() const {
+    const ReplacementList replacements = ApacheReplacements();
+    ExpandFile(paths.ApacheSourceConfig(), paths.ApacheLiveConfig(), replacements);
+    ExpandFile(paths.PhpSourceConfig(), paths.PhpLiveConfig(), replacements);
+    GenerateExtraFolder(replacements);
+}
+
+// "name_source.conf" gives "name.conf"; other "*source.conf" files and sub-folders are skipped.
+void ConfigGenerator::GenerateExtraFolder(const ReplacementList& replacements) const {
+    static const wxRegEx templateName("(.*)_source.conf");
+    const wxString folder = paths.ApacheExtraFolder();
+    wxDir dir;
+    if (!wxDir::Exists(folder) || !dir.Open(folder))
+        return;
+    std::vector<wxString> names;
+    wxString name;
+    for (bool found = dir.GetFirst(&name, "*source.conf", wxDIR_FILES); found;
+         found = dir.GetNext(&name))
+        names.push_back(name);
+    std::sort(names.begin(), names.end());
+    for (const wxString& templateFile : names)
+        if (templateName.Matches(templateFile))
+            ExpandFile(folder + templateFile,
+                       folder + templateName.GetMatch(templateFile, 1) + ".conf", replacements);
+}
+
+void ConfigGenerator::GenerateMysql() const {
+    ExpandFile(paths.MysqlSourceConfig(), paths.MysqlLiveConfig(), MysqlReplacements());
+}
+
+TemplateWatch::TemplateWatch(std::function<wxString()> templatePath)
+    : templatePath(std::move(templatePath)), remembered(wxGetUTCTimeMillis().GetValue()) {
+    HasChanged();
+}
+
+TemplateWatch TemplateWatch::ApacheSource(const InstallPaths& paths) {
+    return TemplateWatch([paths] { return paths.ApacheSourceConfig(); });
+}
+
+TemplateWatch TemplateWatch::PhpSource(const InstallPaths& paths) {
+    return TemplateWatch([paths] { return paths.PhpSourceConfig(); });
+}
+
+TemplateWatch TemplateWatch::MysqlSource(const InstallPaths& paths) {
+    return TemplateWatch([paths] { return paths.MysqlSourceConfig(); });
+}
+
+bool TemplateWatch::HasChanged() {
+    std::int64_t modified = 0;
+    if (!Platform::Get().FileModificationTime(templatePath(), modified) || modified == remembered)
+        return false;
+    remembered = modified;
+    return true;
+}
