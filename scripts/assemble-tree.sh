@@ -1,0 +1,331 @@
+#!/usr/bin/env bash
+#
+# Builds a Kovix tree from the Debian packages of the stack and the templates of stack/:
+#
+#   assemble-tree.sh [--rebuild] TREE_DIR [BIN_DIR]
+#
+# The servers are the system's own programs, linked into the tree. A second run refreshes the
+# programs, the links and the *_initial templates but keeps what belongs to the user: the
+# *_source templates, my_source.ini, www/, the MariaDB data and phpMyAdmin's config.inc.php.
+# --rebuild empties the tree first. BIN_DIR, when given, is where kovix and kovixctl were built.
+# Nothing outside the tree is changed, except that as root the folders above the tree are made
+# enterable by www-data (the user Apache serves pages as).
+#
+set -euo pipefail
+umask 022
+
+readonly PHP_VERSION=8.2
+readonly PHP_EXT_SOURCE=/usr/lib/php/20220829
+readonly PHP_MODULE_SOURCE=/usr/lib/apache2/modules/libphp${PHP_VERSION}.so
+readonly PHPMYADMIN_SOURCE=/usr/share/phpmyadmin
+readonly SOCKET_PATH_MAX=107
+readonly SHUTDOWN_USER=kovix
+readonly SHUTDOWN_PASSWORD=RbTwXcHqPsLmYv
+
+# Extensions loaded by the shipped php.ini; every other one gets a switched-off line.
+readonly -a DEFAULT_EXTENSIONS=(bcmath bz2 calendar ctype curl dom exif fileinfo ftp gd gettext iconv
+    intl mbstring mysqli mysqlnd pdo pdo_mysql pdo_sqlite phar posix simplexml sockets sqlite3
+    tokenizer xml xmlreader xmlwriter xsl zip)
+
+STACK_DIR="$(cd "$(dirname "${BASH_SOURCE[0]}")/../stack" && pwd)"
+readonly STACK_DIR
+
+die() {
+    printf 'assemble-tree: %s\n' "$*" >&2
+    exit 1
+}
+
+usage() {
+    printf 'usage: %s [--rebuild] TREE_DIR [BIN_DIR]\n' "$(basename "$0")" >&2
+    exit 2
+}
+
+is_root() { [[ $(id -u) -eq 0 ]]; }
+
+# Every program and file the tree links to, with the Debian package that provides it.
+check_requirements() {
+    local -a required=(
+        /usr/sbin/apache2 apache2
+        /usr/lib/apache2/modules/mod_mpm_prefork.so apache2
+        /etc/mime.types media-types
+        "$PHP_MODULE_SOURCE" "libapache2-mod-php$PHP_VERSION"
+        "$PHP_EXT_SOURCE/mysqli.so" "php$PHP_VERSION-mysql"
+        /usr/sbin/mariadbd mariadb-server
+        /usr/bin/mariadb-install-db mariadb-server
+        /usr/bin/mariadb-admin mariadb-client
+        /usr/bin/mariadb mariadb-client
+        "$PHPMYADMIN_SOURCE/index.php" phpmyadmin
+        /usr/bin/sqlitebrowser sqlitebrowser
+    )
+    local missing='' packages='' i
+    for ((i = 0; i < ${#required[@]}; i += 2)); do
+        if [[ ! -e ${required[i]} ]]; then
+            missing+=$'\n'"  ${required[i]} (Debian package ${required[i + 1]})"
+            [[ " $packages " == *" ${required[i + 1]} "* ]] || packages+=" ${required[i + 1]}"
+        fi
+    done
+    [[ -z $missing ]] || die "missing:$missing"$'\n'"install them with: apt-get install$packages"
+    if is_root && ! getent passwd www-data >/dev/null; then
+        die "the user www-data does not exist (Debian package base-passwd)"
+    fi
+}
+
+check_socket_length() {
+    local socket="$TREE/mysql/mysql.sock"
+    local bytes
+    bytes=$(printf '%s' "$socket" | wc -c)
+    ((bytes <= SOCKET_PATH_MAX)) ||
+        die "the MariaDB socket $socket would be $bytes bytes long; a socket path may not exceed $SOCKET_PATH_MAX: choose a shorter tree path"
+}
+
+# A server of the tree that still runs (its pid file names a live process) blocks a rebuild.
+server_running() {
+    local pidfile pid
+    for pidfile in "$TREE/apache/logs/httpd.pid" "$TREE/mysql/data/mysqld.pid"; do
+        [[ -r $pidfile ]] || continue
+        pid=$(<"$pidfile")
+        [[ $pid =~ ^[0-9]+$ ]] && kill -0 "$pid" 2>/dev/null && return 0
+    done
+    return 1
+}
+
+empty_tree() {
+    [[ -d $TREE ]] || return 0
+    if [[ -n $(ls -A "$TREE") && ! -e $TREE/apache/conf/httpd_initial.conf ]]; then
+        die "--rebuild refused: $TREE is not empty and is not a Kovix tree"
+    fi
+    ! server_running || die "--rebuild refused: a server of $TREE is running; stop it first"
+    find "$TREE" -mindepth 1 -maxdepth 1 -exec rm -rf {} +
+}
+
+# Copies SOURCE to TARGET through a scratch file, so a running program is replaced, not overwritten.
+install_file() {
+    cp -p "$1" "$2.new"
+    mv -f "$2.new" "$2"
+}
+
+copy_if_absent() {
+    [[ -e $2 ]] || install_file "$1" "$2"
+}
+
+install_programs() {
+    [[ -n $BIN_DIR ]] || return 0
+    local program copied=0
+    for program in kovix kovixctl; do
+        if [[ -f $BIN_DIR/$program ]]; then
+            install_file "$BIN_DIR/$program" "$TREE/$program"
+            copied=1
+        fi
+    done
+    ((copied)) || printf 'assemble-tree: note: no kovix or kovixctl in %s\n' "$BIN_DIR" >&2
+}
+
+assemble_apache() {
+    local apache="$TREE/apache"
+    mkdir -p "$apache/bin" "$apache/conf/extra" "$apache/logs" "$apache/sessions"
+    chmod 700 "$apache/sessions"
+    ln -sfn /usr/sbin/apache2 "$apache/bin/httpd"
+    ln -sfn /usr/lib/apache2/modules "$apache/modules"
+
+    install_file "$STACK_DIR/apache/conf/httpd_source.conf" "$apache/conf/httpd_initial.conf"
+    copy_if_absent "$STACK_DIR/apache/conf/httpd_source.conf" "$apache/conf/httpd_source.conf"
+    local template
+    for template in "$STACK_DIR"/apache/conf/extra/*_source.conf; do
+        copy_if_absent "$template" "$apache/conf/extra/$(basename "$template")"
+    done
+    touch "$apache/logs/php_error.log"
+}
+
+# "PRIORITY NAME KIND" for every extension file, KIND being ext or zend, sorted in load order.
+# The priority and kind come from the ini files of the Debian packages: their priority is the
+# order Debian loads them in (mysqlnd and pdo 10, xml 15, the rest 20).
+list_extensions() {
+    local -a names=() inis
+    local so
+    for so in "$PHP_EXT_SOURCE"/*.so; do
+        so=${so##*/}
+        names+=("${so%.so}")
+    done
+    shopt -s nullglob
+    inis=(/usr/share/php"$PHP_VERSION"-*/*/*.ini /usr/share/php-*/*/*.ini)
+    shopt -u nullglob
+    awk -v names="${names[*]}" '
+        FNR == 1 {
+            name = FILENAME; sub(/.*\//, "", name); sub(/\.ini$/, "", name)
+            skip = name in priority
+            if (!skip) { priority[name] = 20; kind[name] = "ext" }
+        }
+        skip { next }
+        /^;[ \t]*priority[ \t]*=/ { value = $0; sub(/^[^=]*=[ \t]*/, "", value); priority[name] = value + 0 }
+        /^zend_extension/ { kind[name] = "zend" }
+        END {
+            count = split(names, list, " ")
+            for (i = 1; i <= count; i++) {
+                name = list[i]
+                print (name in priority ? priority[name] : 20), name, (name in kind ? kind[name] : "ext")
+            }
+        }' "${inis[@]}" </dev/null | sort -k1,1n -k2,2
+}
+
+# The extension block of php.ini: one line per extension, switched on for the default ones; the
+# Zend extensions (OPcache) follow on zend_extension lines, switched off.
+extension_lines() {
+    local name kind zend_lines=''
+    while read -r _ name kind; do
+        if [[ $kind == zend ]]; then
+            zend_lines+=$'\n'";zend_extension=php_$name.so"
+        elif [[ " ${DEFAULT_EXTENSIONS[*]} " == *" $name "* ]]; then
+            printf 'extension=php_%s.so\n' "$name"
+        else
+            printf ';extension=php_%s.so\n' "$name"
+        fi
+    done < <(list_extensions)
+    printf '%s\n' "$zend_lines"
+}
+
+assemble_php() {
+    local php="$TREE/apache/php_$PHP_VERSION"
+    mkdir -p "$php/ext"
+    ln -sfn "$PHP_MODULE_SOURCE" "$php/phpapache2_4.so"
+    find "$php/ext" -maxdepth 1 -type l -name 'php_*.so' -delete
+    local so
+    for so in "$PHP_EXT_SOURCE"/*.so; do
+        ln -s "$so" "$php/ext/php_$(basename "$so")"
+    done
+
+    KOVIX_EXTENSION_LINES=$(extension_lines) awk '
+        $0 == ";@KOVIX_EXTENSION_LINES@" { print ENVIRON["KOVIX_EXTENSION_LINES"]; next }
+        { print }' "$STACK_DIR/apache/php_$PHP_VERSION/php_source.ini" >"$php/php_initial.ini.new"
+    mv -f "$php/php_initial.ini.new" "$php/php_initial.ini"
+    copy_if_absent "$php/php_initial.ini" "$php/php_source.ini"
+}
+
+initialise_mysql_data() {
+    local mysql="$TREE/mysql"
+    if [[ -d $mysql/data/mysql ]]; then
+        return 0
+    fi
+    local scratch="$mysql/data.new"
+    rm -rf "$scratch" "$mysql/data"
+    mkdir -p "$scratch"
+    local init="$mysql/init.sql.tmp"
+    local host
+    host=$(hostname)
+    {
+        printf "FLUSH PRIVILEGES;\n"
+        printf "CREATE USER '%s'@'localhost' IDENTIFIED BY '%s';\n" "$SHUTDOWN_USER" "$SHUTDOWN_PASSWORD"
+        printf "GRANT SHUTDOWN ON *.* TO '%s'@'localhost';\n" "$SHUTDOWN_USER"
+        # root keeps its local accounts only (localhost, 127.0.0.1, ::1).
+        [[ $host == localhost ]] || printf "DROP USER IF EXISTS 'root'@'%s';\n" "$host"
+    } >"$init"
+    local -a options=(--no-defaults "--datadir=$scratch" --auth-root-authentication-method=normal
+        --skip-test-db --innodb-log-file-size=8M "--extra-file=$init")
+    is_root && options+=(--user=root)
+    local log="$mysql/install-db.log"
+    if ! mariadb-install-db "${options[@]}" >"$log" 2>&1; then
+        rm -rf "$scratch" "$init"
+        die "mariadb-install-db failed (its output is in $log)"
+    fi
+    rm -f "$init" "$log"
+    mv "$scratch" "$mysql/data"
+}
+
+assemble_mysql() {
+    local mysql="$TREE/mysql"
+    mkdir -p "$mysql/bin"
+    ln -sfn /usr/sbin/mariadbd "$mysql/bin/mysqld"
+    ln -sfn /usr/bin/mariadb-admin "$mysql/bin/mysqladmin"
+    ln -sfn /usr/bin/mariadb "$mysql/bin/mysql"
+    copy_if_absent "$STACK_DIR/mysql/my_source.ini" "$mysql/my_source.ini"
+    if is_root; then
+        sed -i 's/^#user=root$/user=root/' "$mysql/my_source.ini"
+    fi
+    initialise_mysql_data
+}
+
+# phpMyAdmin is the system's; root/ is a linked copy of it whose vendor configuration is ours,
+# so that it reads config.inc.php and writes tmp/ of this folder (see prepend.php).
+assemble_phpmyadmin() {
+    local pma="$TREE/utils/phpmyadmin"
+    local root="$pma/root"
+    mkdir -p "$pma/tmp"
+    install_file "$STACK_DIR/utils/phpmyadmin/prepend.php" "$pma/prepend.php"
+    if [[ ! -e $pma/config.inc.php ]]; then
+        local secret
+        secret=$(head -c 512 /dev/urandom | LC_ALL=C tr -dc 'A-Za-z0-9')
+        secret=${secret:0:32}
+        sed "s/@BLOWFISH_SECRET@/$secret/" "$STACK_DIR/utils/phpmyadmin/config.inc.php" \
+            >"$pma/config.inc.php"
+        chmod 600 "$pma/config.inc.php"
+    fi
+
+    rm -rf "$root"
+    mkdir -p "$root/libraries"
+    local entry
+    for entry in "$PHPMYADMIN_SOURCE"/*; do
+        [[ $entry == */libraries ]] || ln -s "$entry" "$root/"
+    done
+    for entry in "$PHPMYADMIN_SOURCE"/libraries/*; do
+        [[ $entry == */vendor_config.php ]] || ln -s "$entry" "$root/libraries/"
+    done
+    cp "$STACK_DIR/utils/phpmyadmin/vendor_config.php" "$root/libraries/vendor_config.php"
+}
+
+assemble_utils() {
+    mkdir -p "$TREE/utils"
+    ln -sfn /usr/bin/sqlitebrowser "$TREE/utils/SQLiteBrowser"
+    assemble_phpmyadmin
+}
+
+assemble_www() {
+    [[ -e $TREE/www ]] || cp -R "$STACK_DIR/www" "$TREE/www"
+}
+
+# Apache started by root serves pages as www-data: it must reach www/ and write sessions, PHP's
+# error log and phpMyAdmin's temporary files. Started by a user, all of it is the user's already.
+grant_www_data() {
+    is_root || return 0
+    chown www-data:www-data "$TREE/apache/sessions" "$TREE/apache/logs/php_error.log" \
+        "$TREE/utils/phpmyadmin/tmp"
+    chmod 700 "$TREE/utils/phpmyadmin/tmp"
+    chown root:www-data "$TREE/utils/phpmyadmin/config.inc.php"
+    chmod 640 "$TREE/utils/phpmyadmin/config.inc.php"
+    local folder="$TREE"
+    while [[ $folder != / ]]; do
+        if ! runuser -u www-data -- test -x "$folder"; then
+            chmod o+x "$folder"
+            printf 'assemble-tree: note: made %s enterable by www-data\n' "$folder" >&2
+        fi
+        folder=$(dirname "$folder")
+    done
+}
+
+main() {
+    local rebuild=0
+    if [[ ${1:-} == --rebuild ]]; then
+        rebuild=1
+        shift
+    fi
+    (($# >= 1 && $# <= 2)) || usage
+    [[ -n $1 ]] || usage
+    TREE=$(realpath -m -- "$1")
+    BIN_DIR=${2:+$(realpath -m -- "$2")}
+
+    check_requirements
+    check_socket_length
+    if ((rebuild)); then
+        empty_tree
+    fi
+    mkdir -p "$TREE"
+
+    install_programs
+    assemble_apache
+    assemble_php
+    assemble_mysql
+    assemble_www
+    assemble_utils
+    grant_www_data
+    printf 'assemble-tree: Kovix tree ready in %s\n' "$TREE"
+}
+
+main "$@"
