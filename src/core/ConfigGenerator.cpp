@@ -77,6 +77,13 @@ void ConfigGenerator::GenerateMysql() const {
     ExpandFile(paths.MysqlSourceConfig(), paths.MysqlLiveConfig(), MysqlReplacements());
 }
 
+void ConfigGenerator::ApplyStartupDefaults(AppSettings& settings, const InstallPaths& paths) {
+    PhpVersions::SelectFirstIfUnset(settings, paths);
+    long port = 0;
+    if (!ParseDecimal(settings.GetPortText(), port))
+        settings.SetPort(settings.GetPort());
+}
+
 TemplateWatch::TemplateWatch(std::function<wxString()> templatePath)
     : templatePath(std::move(templatePath)), remembered(wxGetUTCTimeMillis().GetValue()) {
     HasChanged();

@@ -8,6 +8,8 @@
 #include <functional>
 #include <vector>
 
+class AppSettings;
+
 // One placeholder of a template and the text that takes its place.
 struct Replacement {
     wxString placeholder;
@@ -35,6 +37,11 @@ public:
 
     void GenerateApache() const;
     void GenerateMysql() const;
+
+    // Fills in, in memory, the values the window settles at start-up that generation needs: the
+    // first installed PHP version when none is stored, the port in force when the stored port is
+    // not a number. For callers that must not store them on their own (kovixctl).
+    static void ApplyStartupDefaults(AppSettings& settings, const InstallPaths& paths);
 
 private:
     void GenerateExtraFolder(const ReplacementList& replacements) const;
