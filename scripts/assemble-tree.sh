@@ -220,7 +220,11 @@ initialise_mysql_data() {
     } >"$init"
     local -a options=(--no-defaults "--datadir=$scratch" --auth-root-authentication-method=normal
         --skip-test-db --innodb-log-file-size=8M "--extra-file=$init")
-    is_root && options+=(--user=root)
+    # As root the server must be told it may run as root. Not with --user: mariadb-install-db
+    # then chowns the data folder unquoted (a blank in the path breaks it) and system files too.
+    if is_root; then
+        options+=(--loose-user=root)
+    fi
     local log="$mysql/install-db.log"
     if ! mariadb-install-db "${options[@]}" >"$log" 2>&1; then
         rm -rf "$scratch" "$init"
