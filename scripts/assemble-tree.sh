@@ -84,7 +84,7 @@ server_running() {
     for pidfile in "$TREE/apache/logs/httpd.pid" "$TREE/mysql/data/mysqld.pid"; do
         [[ -r $pidfile ]] || continue
         pid=$(<"$pidfile")
-        [[ $pid =~ ^[0-9]+$ ]] && kill -0 "$pid" 2>/dev/null && return 0
+        [[ $pid =~ ^[0-9]+$ && -d /proc/$pid ]] && return 0
     done
     return 1
 }

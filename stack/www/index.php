@@ -25,14 +25,14 @@ function mariadbStatus(): array
     }
     $socket = (string) ini_get('mysqli.default_socket');
     if ($socket === '' || !file_exists($socket)) {
-        return ['off', 'not running'];
+        return ['off', 'start it from the Kovix panel'];
     }
     mysqli_report(MYSQLI_REPORT_OFF);
     $link = @mysqli_connect('localhost', 'root', '', '', 0, $socket);
     if ($link === false) {
         $code = mysqli_connect_errno();
         if ($code === 2002) {
-            return ['off', 'not running'];
+            return ['off', 'start it from the Kovix panel'];
         }
         return ['warn', 'running; the version needs a login (' . mysqli_connect_error() . ')'];
     }
