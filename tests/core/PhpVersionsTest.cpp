@@ -39,13 +39,6 @@ TEST(PhpVersions, ModuleFileIsTheFirstMatchingFileOfTheSelectedVersion) {
     EXPECT_EQ(PhpVersions::ModuleFile(paths), "") << "follows the version at each call";
 }
 
-TEST(PhpVersions, ModuleNameIsWhatPrecedesTheSuffix) {
-    EXPECT_EQ(PhpVersions::ModuleNameOf("phpapache2_4.so"), "php_module");
-    EXPECT_EQ(PhpVersions::ModuleNameOf("apache2_4.so"), "_module");
-    EXPECT_EQ(PhpVersions::ModuleNameOf("libphp8.2.so"), "");
-    EXPECT_EQ(PhpVersions::ModuleNameOf(""), "");
-}
-
 TEST(PhpVersions, FirstVersionIsSelectedOnlyWhenNoneIsStored) {
     TempDir tree;
     AppSettings settings;

@@ -105,12 +105,6 @@ TEST_F(TemplateSwitchesTest, LinesAreNeverAddedAndDuplicatesTakeTheFirstEntry) {
     EXPECT_EQ(PhpTemplate(), ";extension=php_gd.so\n;extension=php_gd.so\nextension=php_x.so\n");
 }
 
-TEST_F(TemplateSwitchesTest, EncodingOfTheTemplateBecomesUtf8) {
-    WritePhpTemplate("; caf\xe9\r\n;extension=php_gd.so\r\n");
-    ASSERT_TRUE(WriteExtensionLines(paths, {"extension=php_gd.so"}));
-    EXPECT_EQ(PhpTemplate(), "; caf\xc3\xa9\r\nextension=php_gd.so\r\n");
-}
-
 TEST_F(TemplateSwitchesTest, ThePhpModuleIsSwitchedUnderItsLabel) {
     const std::string conf = "ServerRoot \"{APACHEPATH}\"\r\n"
                              "LoadModule rewrite_module modules/mod_rewrite.so\r\n"
