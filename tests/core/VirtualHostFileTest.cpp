@@ -1,0 +1,339 @@
+#include "apache/VirtualHostFile.h"
+#include "support/TempDir.h"
+
+#include <gtest/gtest.h>
+#include <wx/filefn.h>
+
+#include <string>
+#include <vector>
+
+namespace {
+
+using Texts = std::vector<wxString>;
+
+class VirtualHostFileTest : public testing::Test {
+protected:
+    TempDir dir;
+
+    wxString Template() const { return dir.File("httpd_source.conf"); }
+
+    VirtualHostFile Read(const std::string& bytes) {
+        WriteBytes(Template(), bytes);
+        VirtualHostFile file;
+        file.path = Template();
+        EXPECT_TRUE(ReadVirtualHosts(file));
+        return file;
+    }
+
+    std::string Save(const VirtualHostFile& file) {
+        EXPECT_TRUE(WriteVirtualHosts(file));
+        return ReadBytes(Template());
+    }
+
+    // The template after one "GET" and "SAVE" round with no edit in between.
+    std::string Resave(const std::string& bytes) { return Save(Read(bytes)); }
+
+    VirtualHostRecord OnlyHost(const std::string& bytes) {
+        const VirtualHostFile file = Read(bytes);
+        EXPECT_EQ(file.hosts.size(), 1u);
+        return file.hosts.empty() ? VirtualHostRecord() : file.hosts.front();
+    }
+
+    DirectoryRecord OnlyDirectory(const std::string& directoryLines) {
+        const VirtualHostRecord host =
+            OnlyHost("<VirtualHost *>\n<Directory /d>\n" + directoryLines +
+                     "</Directory>\n"
+                     "</VirtualHost>\n");
+        EXPECT_EQ(host.directories.size(), 1u);
+        return host.directories.empty() ? DirectoryRecord() : host.directories.front();
+    }
+};
+
+VirtualHostRecord ExampleHost() {
+    VirtualHostRecord host;
+    host.address = "*:80";
+    host.ServerName = "test.local";
+    host.DocumentRoot = "{DOCUMENTPATH}/test";
+    host.aliases.push_back({"/img", "{DOCUMENTPATH}/img"});
+    DirectoryRecord directory;
+    directory.path = "{DOCUMENTPATH}/test";
+    directory.AllowOverride = true;
+    directory.Indexes = true;
+    directory.FollowSymLinks = true;
+    directory.others = {"Order allow,deny", "Allow from all"};
+    host.directories.push_back(directory);
+    return host;
+}
+
+const std::string exampleBlock = "<VirtualHost *:80>\n"
+                                 "#KOVIX Generate Virtual Host\n"
+                                 "\tDocumentRoot \"{DOCUMENTPATH}/test\"\n"
+                                 "\tServerName \"test.local\"\n"
+                                 "\tAlias \"/img\" \"{DOCUMENTPATH}/img\"\n"
+                                 "\t<Directory \"{DOCUMENTPATH}/test\">\n"
+                                 "\t\tAllowOverride All\n"
+                                 "\t\tOptions FollowSymLinks Indexes \n"
+                                 "\t\tOrder allow,deny\n"
+                                 "\t\tAllow from all\n"
+                                 "\t</Directory>\n"
+                                 "</VirtualHost>\n";
+
+} // namespace
+
+TEST_F(VirtualHostFileTest, WritesTheExampleHostByteForByteAndReadsItBack) {
+    VirtualHostFile file = Read("Listen 80\n#KOVIX Generate Virtual Host\n");
+    ASSERT_TRUE(file.hosts.empty());
+    file.hosts.push_back(ExampleHost());
+    EXPECT_EQ(Save(file), "Listen 80\n#KOVIX Generate Virtual Host\n\n" + exampleBlock);
+
+    const VirtualHostFile reread = Read(ReadBytes(Template()));
+    ASSERT_EQ(reread.hosts.size(), 1u);
+    EXPECT_EQ(reread.hosts.front(), ExampleHost());
+}
+
+TEST_F(VirtualHostFileTest, HandWrittenBlockIsReadAndWrittenBackNormalised) {
+    const std::string handWritten = "ServerRoot \"{APACHEPATH}\"\n"
+                                    "<VirtualHost 127.0.0.1:8080>\n"
+                                    "    ServerAdmin me@example.org\n"
+                                    "\n"
+                                    "    ServerName first.local\n"
+                                    "    ServerName site.local # my site\n"
+                                    "    ServerAlias \"www.site.local\"\n"
+                                    "    ServerAlias last.site.local\n"
+                                    "#KOVIX anything\n"
+                                    "    #KOVIX indented\n"
+                                    "    <Directory \"/srv/site\">\n"
+                                    "        Require all granted\n"
+                                    "\n"
+                                    "    </Directory>\n"
+                                    "    Alias /docs \"/srv/docs\"\n"
+                                    "    Options Indexes\n"
+                                    "    AllowOverride All\n"
+                                    "    DocumentRoot /srv/site\n"
+                                    "</VirtualHost>\n"
+                                    "Listen 8080\n";
+    const VirtualHostRecord host = OnlyHost(handWritten);
+    EXPECT_EQ(host.address, "127.0.0.1:8080");
+    EXPECT_EQ(host.ServerName, "site.local # my site") << "last one wins, comment included";
+    EXPECT_EQ(host.ServerAlias, "last.site.local");
+    EXPECT_EQ(host.DocumentRoot, "/srv/site");
+    EXPECT_EQ(host.others, (Texts{"ServerAdmin me@example.org", "#KOVIX indented",
+                                  "Options Indexes", "AllowOverride All"}));
+    ASSERT_EQ(host.aliases.size(), 1u);
+    EXPECT_EQ(host.aliases[0], (AliasRecord{"/docs", "/srv/docs"}));
+    ASSERT_EQ(host.directories.size(), 1u);
+    EXPECT_EQ(host.directories[0].others, (Texts{"Require all granted", ""}));
+
+    EXPECT_EQ(Resave(handWritten), "ServerRoot \"{APACHEPATH}\"\n"
+                                   "Listen 8080\n"
+                                   "\n"
+                                   "<VirtualHost 127.0.0.1:8080>\n"
+                                   "#KOVIX Generate Virtual Host\n"
+                                   "\tDocumentRoot \"/srv/site\"\n"
+                                   "\tServerName \"site.local # my site\"\n"
+                                   "\tServerAlias \"last.site.local\"\n"
+                                   "\tServerAdmin me@example.org\n"
+                                   "\t#KOVIX indented\n"
+                                   "\tOptions Indexes\n"
+                                   "\tAllowOverride All\n"
+                                   "\tAlias \"/docs\" \"/srv/docs\"\n"
+                                   "\t<Directory \"/srv/site\">\n"
+                                   "\t\tAllowOverride None\n"
+                                   "\t\tRequire all granted\n"
+                                   "\t\t\n"
+                                   "\t</Directory>\n"
+                                   "</VirtualHost>\n");
+    EXPECT_EQ(Read(ReadBytes(Template())).hosts, std::vector<VirtualHostRecord>{host});
+}
+
+TEST_F(VirtualHostFileTest, OnlyTheFourOptionWordsAndAllowOverrideAllSurvive) {
+    struct Case {
+        std::string options;
+        std::string writtenOptions; // empty: no Options line is written
+    };
+    const Case cases[] = {
+        {"Options All", ""},
+        {"Options None", ""},
+        {"Options ExecCGI", ""},
+        {"Options -Indexes", "Options Indexes "},
+        {"Options +MultiViews -FollowSymLinks", "Options FollowSymLinks MultiViews "},
+        {"Options MultiViews Indexes Includes FollowSymLinks",
+         "Options FollowSymLinks Includes Indexes MultiViews "},
+        {"Options\tINDEXES ALL", "Options Indexes "},
+        {"# Options Includes", "Options Includes "},
+        {"Options", ""},
+    };
+    for (const Case& c : cases) {
+        const DirectoryRecord directory = OnlyDirectory(c.options + "\n");
+        EXPECT_TRUE(directory.others.empty()) << c.options;
+        const std::string expected =
+            "\t<Directory \"/d\">\n\t\tAllowOverride None\n" +
+            (c.writtenOptions.empty() ? "" : "\t\t" + c.writtenOptions + "\n") + "\t</Directory>\n";
+        EXPECT_NE(Resave(ReadBytes(Template())).find(expected), std::string::npos) << c.options;
+    }
+
+    const std::pair<std::string, bool> overrides[] = {{"AllowOverride All", true},
+                                                      {"AllowOverride all", true},
+                                                      {"AllowOverride FileInfo", false},
+                                                      {"AllowOverride None", false},
+                                                      {"AllowOverride AuthConfig", false}};
+    for (const auto& [line, all] : overrides)
+        EXPECT_EQ(OnlyDirectory(line + "\n").AllowOverride, all) << line;
+    EXPECT_TRUE(OnlyDirectory("AllowOverride None\nAllowOverride ALL\n").AllowOverride)
+        << "the last line wins";
+}
+
+TEST_F(VirtualHostFileTest, CommentedOutExampleBlockBecomesARealHost) {
+    const std::string commented = "#<VirtualHost *:80>\n"
+                                  "#    ServerName dummy.example.com\n"
+                                  "#    DocumentRoot \"/www/dummy\"\n"
+                                  "#</VirtualHost>\n";
+    const VirtualHostRecord host = OnlyHost(commented);
+    EXPECT_EQ(host.address, "*:80");
+    EXPECT_TRUE(host.ServerName.empty());
+    EXPECT_EQ(host.others,
+              (Texts{"#    ServerName dummy.example.com", "#    DocumentRoot \"/www/dummy\""}));
+    EXPECT_EQ(Resave(commented), "\n\n<VirtualHost *:80>\n"
+                                 "#KOVIX Generate Virtual Host\n"
+                                 "\t#    ServerName dummy.example.com\n"
+                                 "\t#    DocumentRoot \"/www/dummy\"\n"
+                                 "</VirtualHost>\n");
+}
+
+TEST_F(VirtualHostFileTest, UnclosedBlocksRunOn) {
+    const std::string unclosedHost = "Listen 80\n"
+                                     "<VirtualHost a>\n"
+                                     "ServerName a.local\n"
+                                     "<VirtualHost b>\n"
+                                     "Listen 81\n";
+    const VirtualHostRecord a = OnlyHost(unclosedHost);
+    EXPECT_EQ(a.others, (Texts{"<VirtualHost b>", "Listen 81"}));
+    EXPECT_EQ(Resave(unclosedHost), "Listen 80\n\n<VirtualHost a>\n#KOVIX Generate Virtual Host\n"
+                                    "\tServerName \"a.local\"\n"
+                                    "\t<VirtualHost b>\n\tListen 81\n</VirtualHost>\n");
+
+    // The directory swallows the host's closing line and the next host's opening, up to the
+    // next directory closing tag; the first host then runs on to the next closing line.
+    const std::string unclosedDirectory = "<VirtualHost a>\n"
+                                          "<Directory /x>\n"
+                                          "Options Indexes\n"
+                                          "</VirtualHost>\n"
+                                          "<VirtualHost b>\n"
+                                          "<Directory /y>\n"
+                                          "</Directory\t>\n"
+                                          "</Directory >\n"
+                                          "ServerName b.local\n"
+                                          "</VirtualHost>\n"
+                                          "tail\n";
+    const VirtualHostRecord host = OnlyHost(unclosedDirectory);
+    EXPECT_EQ(host.address, "a");
+    EXPECT_EQ(host.ServerName, "b.local");
+    ASSERT_EQ(host.directories.size(), 1u);
+    EXPECT_TRUE(host.directories[0].Indexes);
+    EXPECT_EQ(host.directories[0].others,
+              (Texts{"</VirtualHost>", "<VirtualHost b>", "<Directory /y>", "</Directory\t>"}));
+    // The writer knows nothing of directories: the line after the first closing tag is copied.
+    EXPECT_EQ(Resave(unclosedDirectory).substr(0, 12), "tail\n\n<Virtu");
+}
+
+TEST_F(VirtualHostFileTest, CrLfAndCp1252TemplatesReadLikeUtf8AndAreWrittenWithLineFeeds) {
+    const std::string crlf = "Listen 80\r\n<VirtualHost *:80>\r\n\tServerName \"caf\xE9.local\"\r\n"
+                             "\t<Directory /srv>\r\n\t\tAllowOverride All\r\n\t</Directory>\r\n"
+                             "\tHeader set X-Old \"\x80\"\r</VirtualHost>\r\n";
+    const VirtualHostRecord host = OnlyHost(crlf);
+    EXPECT_EQ(host.ServerName, wxString::FromUTF8("café.local"));
+    EXPECT_EQ(host.others, Texts{L"Header set X-Old \"\u20ac\""}) << "a lone CR ends a line too";
+    ASSERT_EQ(host.directories.size(), 1u);
+    EXPECT_TRUE(host.directories[0].AllowOverride);
+
+    const std::string saved = Resave(crlf);
+    EXPECT_EQ(saved.find('\r'), std::string::npos);
+    EXPECT_EQ(saved.substr(0, 11), "Listen 80\n\n");
+    EXPECT_NE(saved.find("\tServerName \"caf\xC3\xA9.local\"\n"), std::string::npos);
+    EXPECT_EQ(Read(saved).hosts, std::vector<VirtualHostRecord>{host});
+
+    // A surrogate code (from a damaged UTF-8 file) cannot be matched nor written as UTF-8.
+    EXPECT_EQ(OnlyHost("<VirtualHost *>\nServerName a\xED\xA0\x80z\n</VirtualHost>\n").ServerName,
+              L"a\ufffdz");
+}
+
+TEST_F(VirtualHostFileTest, TemplateWithoutBlocksKeepsItsLinesAndTogglesItsLastBlankLine) {
+    EXPECT_TRUE(Read("ServerRoot /x\nListen 80\n").hosts.empty());
+    EXPECT_EQ(Resave("ServerRoot /x\nListen 80"), "ServerRoot /x\nListen 80\n\n");
+    EXPECT_EQ(Resave("ServerRoot /x\nListen 80\n\n"), "ServerRoot /x\nListen 80\n");
+    EXPECT_EQ(Resave("ServerRoot /x\nListen 80\n"), "ServerRoot /x\nListen 80\n\n");
+    EXPECT_EQ(Resave(""), "");
+    EXPECT_EQ(Resave("\n"), "") << "one empty line, copied without a line end";
+}
+
+TEST_F(VirtualHostFileTest, EverySaveAddsABlankLineBeforeTheBlocks) {
+    VirtualHostFile file = Read("Listen 80\n");
+    file.hosts.push_back(ExampleHost());
+    std::string saved = Save(file);
+    for (const char* blanks : {"\n\n", "\n\n\n", "\n\n\n\n"}) {
+        EXPECT_EQ(saved, "Listen 80" + std::string(blanks) + exampleBlock);
+        const VirtualHostFile reread = Read(saved);
+        EXPECT_EQ(reread.hosts, file.hosts);
+        saved = Save(reread);
+    }
+}
+
+// The engine behind wxRegEx is Perl-like (leftmost-first), the patterns were written for POSIX
+// (leftmost-longest); these are the sub-matches where the two could part.
+TEST_F(VirtualHostFileTest, PatternsCaptureWhatTheLayoutExpects) {
+    const std::pair<std::string, wxString> addresses[] = {
+        {"<VirtualHost a>b>", "a>b"},
+        {"<VirtualHost\t *:80 >", "*:80 "},
+        {"<VirtualHost>", ""},
+        {"  <VirtualHostX>", "X"},
+    };
+    for (const auto& [opening, address] : addresses)
+        EXPECT_EQ(OnlyHost(opening + "\n</VirtualHost>\n").address, address) << opening;
+
+    const VirtualHostRecord host = OnlyHost("<VirtualHost *>\n"
+                                            "Alias /a b /c\n"
+                                            "Alias \"/d\" \"/e f\"\n"
+                                            "Alias /g\t\"/h\" trailing\n"
+                                            "Alias \"/i \"  /j  \n"
+                                            "ServerName \"x\" y\n"
+                                            "DocumentRoot  /r  \n"
+                                            "</ VirtualHost\t>\n"
+                                            "</VirtualHost>\n");
+    EXPECT_EQ(host.aliases, (std::vector<AliasRecord>{
+                                {"/a b", "/c"}, {"/d", "/e f"}, {"/g", "/h"}, {"/i", "/j"}}));
+    EXPECT_EQ(host.ServerName, "x");
+    EXPECT_EQ(host.DocumentRoot, "/r  ") << "not trimmed";
+    EXPECT_TRUE(host.others.empty()) << "the closing tag allows blanks and tabs";
+
+    const VirtualHostRecord directories = OnlyHost("<VirtualHost *>\n"
+                                                   "<Directory /a b >\n</Directory>\n"
+                                                   "<Directory  /c>\n</Directory>\n"
+                                                   "<Directory \"/d\" >\n"
+                                                   "</VirtualHost>\n");
+    ASSERT_EQ(directories.directories.size(), 2u);
+    EXPECT_EQ(directories.directories[0].path, "/a b");
+    EXPECT_EQ(directories.directories[1].path, " /c");
+    EXPECT_EQ(directories.others, Texts{"<Directory \"/d\" >"}) << "no directory: quote, blank";
+}
+
+TEST_F(VirtualHostFileTest, SaveThatCannotCompleteLeavesTheTemplateAlone) {
+    const std::string original = "Listen 80\n" + exampleBlock;
+    VirtualHostFile file = Read(original);
+    file.hosts.push_back(ExampleHost());
+    ASSERT_TRUE(wxMkdir(Template() + ".temp"));
+    EXPECT_FALSE(WriteVirtualHosts(file));
+    EXPECT_EQ(ReadBytes(Template()), original);
+
+    // A template that does not decode would otherwise be replaced by the blocks alone.
+    const std::string undecodable = "Listen 80\n\x81\x8D\n";
+    WriteBytes(Template(), undecodable);
+    EXPECT_FALSE(ReadVirtualHosts(file));
+    EXPECT_FALSE(WriteVirtualHosts(file));
+    EXPECT_EQ(ReadBytes(Template()), undecodable);
+
+    file.path = dir.File("missing.conf");
+    EXPECT_FALSE(WriteVirtualHosts(file));
+    EXPECT_FALSE(wxFileExists(file.path));
+    file.path.clear();
+    EXPECT_FALSE(WriteVirtualHosts(file));
+}
