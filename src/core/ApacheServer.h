@@ -26,6 +26,8 @@ public:
     wxString ReadOutput();
     // Pid of the child of the last start, 0 when there is none.
     long StartedPid() const;
+    // Whether the child of the last start still runs (asked of the system; reaps it otherwise).
+    bool HasActiveChild() { return record && record->IsActive(); }
 
     // File watch of httpd_source.conf and of the selected version's php_source.ini.
     bool HasSourceChanged() { return apacheSource.HasChanged(); }

@@ -19,7 +19,8 @@ public:
 
     explicit MysqlServer(const InstallPaths& paths);
 
-    // Does nothing while the child of the last start is active.
+    // Does nothing while the child of the last start is active. Refuses (and says why through
+    // ReadOutput) when the tree lies so deep that the socket path would be too long.
     void Start();
     // Asks the admin tool to shut the server down; does nothing while an earlier shutdown runs.
     // Returns at once: the server is gone a moment later.
@@ -30,13 +31,26 @@ public:
     // What the server and then the admin tool wrote since the last call.
     wxString ReadOutput();
     long StartedPid() const;
+    // Whether the child of the last start still runs (asked of the system; reaps it otherwise).
+    bool HasActiveChild() { return record && record->IsActive(); }
 
     bool HasSourceChanged() { return mysqlSource.HasChanged(); }
 
     wxString CommandLine() const;
     wxString ShutdownCommandLine() const;
 
+    // Options of the generated my.ini's [mysqld] section: the TCP port (3306 when absent) and
+    // the socket path ("" when absent).
+    int Port() const;
+    wxString SocketPath() const;
+    // The longest Unix socket path the system accepts, in bytes.
+    static constexpr size_t SocketPathLimit = 107;
+
 private:
+    wxString LiveOption(const wxString& name) const;
+
+    // Said by the next ReadOutput: why the server was not started.
+    wxString note;
     InstallPaths paths;
     std::unique_ptr<ServerProcess> record;
     std::unique_ptr<ServerProcess> adminRecord;

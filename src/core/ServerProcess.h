@@ -33,3 +33,8 @@ private:
     ChildSpec spec;
     std::unique_ptr<ChildProcess> child;
 };
+
+// Keeps the record while its child is active; otherwise destroys it and answers false.
+bool KeepIfActive(std::unique_ptr<ServerProcess>& record);
+// Runs the record, and forgets it when the child cannot be created.
+void RunOrForget(std::unique_ptr<ServerProcess>& record);

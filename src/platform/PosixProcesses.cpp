@@ -1,19 +1,208 @@
-// Process, processor-time and socket services of PosixPlatform (being written).
+// Process, processor-time and socket services of PosixPlatform, read from /proc.
+#include "platform/PosixChildProcess.h"
 #include "platform/PosixPlatform.h"
 
-std::unique_ptr<ChildProcess> PosixPlatform::StartHidden(const ChildSpec&) {
-    return nullptr;
+#include <algorithm>
+#include <arpa/inet.h>
+#include <cerrno>
+#include <csignal>
+#include <dirent.h>
+#include <fcntl.h>
+#include <fstream>
+#include <netdb.h>
+#include <poll.h>
+#include <sstream>
+#include <string>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace {
+
+// Numeric entries of a /proc-like folder.
+std::vector<long> NumericEntries(const std::string& folder) {
+    std::vector<long> numbers;
+    DIR* dir = opendir(folder.c_str());
+    if (!dir)
+        return numbers;
+    while (dirent* entry = readdir(dir)) {
+        char* end = nullptr;
+        long number = std::strtol(entry->d_name, &end, 10);
+        if (end != entry->d_name && *end == '\0')
+            numbers.push_back(number);
+    }
+    closedir(dir);
+    return numbers;
 }
-std::vector<long> PosixPlatform::FindProcessesByName(const wxString&) {
-    return {};
+
+std::string ProcPath(long pid, const char* item) {
+    return "/proc/" + std::to_string(pid) + "/" + item;
 }
-void PosixPlatform::KillProcess(long) {}
-bool PosixPlatform::ReadProcessorTimes(long, ProcessorTimes&) {
+
+std::string ReadFirstLine(const std::string& path) {
+    std::ifstream in(path);
+    std::string line;
+    std::getline(in, line);
+    return line;
+}
+
+std::string ReadLink(const std::string& path) {
+    char target[4096];
+    ssize_t length = readlink(path.c_str(), target, sizeof target - 1);
+    return length > 0 ? std::string(target, static_cast<size_t>(length)) : std::string();
+}
+
+// The fields of /proc/<pid>/stat after the parenthesised name (which may hold blanks): the
+// state comes first.
+std::vector<std::string> StatFields(long pid) {
+    std::string line = ReadFirstLine(ProcPath(pid, "stat"));
+    size_t close = line.rfind(')');
+    std::vector<std::string> fields;
+    if (close == std::string::npos)
+        return fields;
+    std::istringstream in(line.substr(close + 1));
+    std::string field;
+    while (in >> field)
+        fields.push_back(field);
+    return fields;
+}
+
+bool IsZombie(long pid) {
+    std::vector<std::string> fields = StatFields(pid);
+    return fields.empty() || fields[0] == "Z" || fields[0] == "X";
+}
+
+std::uint64_t MachineTicks() {
+    std::istringstream in(ReadFirstLine("/proc/stat"));
+    std::string label;
+    in >> label;
+    // user nice system idle iowait irq softirq steal; guest time is counted in user already.
+    std::uint64_t total = 0, value = 0;
+    for (int i = 0; i < 8 && in >> value; ++i)
+        total += value;
+    return total;
+}
+
+bool IsUnder(const wxString& path, const wxString& folder) {
+    return path == folder || path.StartsWith(folder + "/");
+}
+
+// Inodes of the listening TCP sockets on port, from a /proc/net/tcp-style table.
+std::vector<std::string> ListeningInodes(const std::string& table, int port) {
+    std::ifstream in(table);
+    std::string line;
+    std::getline(in, line); // header
+    std::vector<std::string> inodes;
+    const std::string listenState = "0A";
+    while (std::getline(in, line)) {
+        std::istringstream fields(line);
+        std::string slot, local, remote, state, queues, timer, retransmits, uid, timeout, inode;
+        fields >> slot >> local >> remote >> state >> queues >> timer >> retransmits >> uid >>
+            timeout >> inode;
+        size_t colon = local.rfind(':');
+        if (state != listenState || colon == std::string::npos)
+            continue;
+        if (std::stol(local.substr(colon + 1), nullptr, 16) == port)
+            inodes.push_back(inode);
+    }
+    return inodes;
+}
+
+bool HoldsSocket(long pid, const std::vector<std::string>& links) {
+    std::string fdFolder = ProcPath(pid, "fd");
+    for (long fd : NumericEntries(fdFolder)) {
+        std::string target = ReadLink(fdFolder + "/" + std::to_string(fd));
+        for (const std::string& link : links)
+            if (target == link)
+                return true;
+    }
     return false;
 }
-bool PosixPlatform::IsLocalPortTaken(int, int) {
-    return false;
+
+} // namespace
+
+std::unique_ptr<ChildProcess> PosixPlatform::StartHidden(const ChildSpec& spec) {
+    return PosixChildProcess::Start(spec);
 }
-wxString PosixPlatform::DescribePortHolder(int) {
+
+std::vector<long> PosixPlatform::FindProcessesByName(const wxString& name) {
+    std::vector<long> found;
+    wxString wanted = name.Lower();
+    for (long pid : NumericEntries("/proc")) {
+        wxString comm = wxString::FromUTF8(ReadFirstLine(ProcPath(pid, "comm")));
+        if (comm.Lower() == wanted && !IsZombie(pid))
+            found.push_back(pid);
+    }
+    return found;
+}
+
+void PosixPlatform::KillProcess(long pid) {
+    if (pid > 0)
+        kill(static_cast<pid_t>(pid), SIGKILL);
+}
+
+bool PosixPlatform::ReadProcessorTimes(long pid, ProcessorTimes& times) {
+    // utime and stime are fields 14 and 15 of the line, 12 and 13 after the state.
+    std::vector<std::string> fields = StatFields(pid);
+    if (fields.size() < 13)
+        return false;
+    times.process = std::stoull(fields[11]) + std::stoull(fields[12]);
+    times.machine = MachineTicks();
+    return true;
+}
+
+bool PosixPlatform::ProcessLivesIn(long pid, const wxString& folder) {
+    wxString root = folder;
+    while (root.length() > 1 && root.EndsWith("/"))
+        root.RemoveLast();
+    if (IsUnder(wxString::FromUTF8(ReadLink(ProcPath(pid, "cwd"))), root) ||
+        IsUnder(wxString::FromUTF8(ReadLink(ProcPath(pid, "exe"))), root))
+        return true;
+    std::ifstream in(ProcPath(pid, "cmdline"), std::ios::binary);
+    std::string commandLine((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    return commandLine.find(root.utf8_string()) != std::string::npos;
+}
+
+bool PosixPlatform::IsLocalPortTaken(int port, int timeoutMs) {
+    addrinfo hints{};
+    hints.ai_family = AF_INET;
+    hints.ai_socktype = SOCK_STREAM;
+    addrinfo* address = nullptr;
+    if (getaddrinfo("localhost", std::to_string(port).c_str(), &hints, &address) != 0)
+        return false;
+    int fd = socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
+    bool connected = false;
+    if (fd >= 0) {
+        int result = connect(fd, address->ai_addr, address->ai_addrlen);
+        if (result == 0) {
+            connected = true;
+        } else if (errno == EINPROGRESS) {
+            pollfd wait{fd, POLLOUT, 0};
+            int error = 0;
+            socklen_t length = sizeof error;
+            connected = poll(&wait, 1, timeoutMs) == 1 &&
+                        getsockopt(fd, SOL_SOCKET, SO_ERROR, &error, &length) == 0 && error == 0;
+        }
+        close(fd);
+    }
+    freeaddrinfo(address);
+    return connected;
+}
+
+wxString PosixPlatform::DescribePortHolder(int port) {
+    std::vector<std::string> links;
+    for (const char* table : {"/proc/net/tcp", "/proc/net/tcp6"})
+        for (const std::string& inode : ListeningInodes(table, port))
+            links.push_back("socket:[" + inode + "]");
+    if (links.empty())
+        return wxString();
+    // The lowest pid: with forking servers the parent that opened the socket.
+    std::vector<long> pids = NumericEntries("/proc");
+    std::sort(pids.begin(), pids.end());
+    for (long pid : pids) {
+        if (HoldsSocket(pid, links)) {
+            wxString name = wxString::FromUTF8(ReadFirstLine(ProcPath(pid, "comm")));
+            return wxString::Format("%s (pid %ld)", name, pid);
+        }
+    }
     return wxString();
 }

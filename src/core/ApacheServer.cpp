@@ -1,0 +1,55 @@
+#include "core/ApacheServer.h"
+
+#include "core/ProcessLookup.h"
+
+#include <wx/filefn.h>
+
+ApacheServer::ApacheServer(const InstallPaths& paths)
+    : paths(paths), apacheSource(TemplateWatch::ApacheSource(paths)),
+      phpSource(TemplateWatch::PhpSource(paths)) {}
+
+wxString ApacheServer::CommandLine() const {
+    return paths.ApacheExecutable() + " -DFOREGROUND -f \"" + paths.ApacheLiveConfig() + "\"";
+}
+
+bool ApacheServer::Start() {
+    if (KeepIfActive(record))
+        return true;
+    if (starting)
+        return false;
+    starting = true;
+    ConfigGenerator(paths).GenerateApache();
+    // A pid file left by a killed Apache makes the next one believe it runs already.
+    const wxString pidFile = paths.ApacheFolder() + "/logs/httpd.pid";
+    if (wxFileExists(pidFile))
+        wxRemoveFile(pidFile);
+    record = std::make_unique<ServerProcess>(CommandLine(), paths.ApacheFolder());
+    record->SetPathPrefix(paths.PhpFolder() + Platform::Get().PathListSeparator());
+    // Otherwise the system's PHP adds its own configuration folder, loading extensions twice.
+    record->SetVariable("PHP_INI_SCAN_DIR", "");
+    RunOrForget(record);
+    starting = false;
+    return true;
+}
+
+void ApacheServer::Stop() {
+    ProcessLookup::KillAll(InstallPaths::ApacheProcessName());
+    if (record)
+        record->IsActive(); // reaps the killed child at once
+}
+
+bool ApacheServer::IsRunning() const {
+    return ProcessLookup::IsRunning(InstallPaths::ApacheProcessName());
+}
+
+double ApacheServer::CpuUse() {
+    return meter.Measure(ProcessLookup::Find(InstallPaths::ApacheProcessName()));
+}
+
+wxString ApacheServer::ReadOutput() {
+    return record ? record->ReadOutput() : wxString();
+}
+
+long ApacheServer::StartedPid() const {
+    return record ? record->Pid() : 0;
+}

@@ -1,0 +1,83 @@
+#include "core/Cleanup.h"
+
+#include "core/TextFiles.h"
+
+#include <wx/dir.h>
+#include <wx/filefn.h>
+#include <wx/log.h>
+
+#include <vector>
+
+namespace Cleanup {
+
+namespace {
+
+// Removes the files of folder matching pattern; folder + "/" + name, even when folder already
+// ends with a separator (the doubled slash is harmless).
+void DeleteMatching(const wxString& folder, const wxString& pattern) {
+    wxLogNull quiet;
+    if (!wxDir::Exists(folder))
+        return;
+    wxDir dir(folder);
+    std::vector<wxString> names;
+    wxString name;
+    for (bool found = dir.GetFirst(&name, pattern, wxDIR_FILES | wxDIR_HIDDEN); found;
+         found = dir.GetNext(&name))
+        names.push_back(name);
+    for (const wxString& each : names)
+        wxRemoveFile(folder + "/" + each);
+}
+
+} // namespace
+
+void DeleteApacheLogs(const InstallPaths& paths) {
+    wxLogNull quiet;
+    wxRemoveFile(paths.ApacheAccessLog());
+    wxRemoveFile(paths.ApacheErrorLog());
+}
+
+void DeletePhpSessions(const InstallPaths& paths) {
+    DeleteMatching(paths.SessionsFolder(), "*");
+}
+
+void DeleteMysqlLogs(const InstallPaths& paths) {
+    for (const char* pattern : {"*.err", "mysql-bin.*", "ibdata*", "ib_logfile*"})
+        DeleteMatching(paths.MysqlDataFolder(), pattern);
+}
+
+void RestoreApache(const InstallPaths& paths) {
+    wxLogNull quiet;
+    if (wxFileExists(paths.ApacheInitialConfig()))
+        TextFiles::CopyAtomically(paths.ApacheInitialConfig(), paths.ApacheSourceConfig());
+}
+
+void RestorePhp(const InstallPaths& paths) {
+    wxLogNull quiet;
+    if (wxFileExists(paths.PhpSourceConfig()))
+        TextFiles::CopyAtomically(paths.PhpInitialConfig(), paths.PhpSourceConfig());
+}
+
+wxString RefusalKey(LogAction action, bool apacheRuns, bool mysqlRuns) {
+    switch (action) {
+    case LogAction::ApacheLogs:
+        return apacheRuns ? "LOG_APACHE_DELETE_RUNNING" : "";
+    case LogAction::MysqlLogs:
+        return mysqlRuns ? "LOG_MYSQL_DELETE_RUNNING" : "";
+    case LogAction::Sessions:
+        return "";
+    case LogAction::All:
+        return apacheRuns || mysqlRuns ? "LOG_ALL_DELETE_RUNNING" : "";
+    }
+    return "";
+}
+
+void Run(LogAction action, const InstallPaths& paths) {
+    if (action == LogAction::ApacheLogs || action == LogAction::All)
+        DeleteApacheLogs(paths);
+    if (action == LogAction::Sessions || action == LogAction::All)
+        DeletePhpSessions(paths);
+    if (action == LogAction::MysqlLogs || action == LogAction::All)
+        DeleteMysqlLogs(paths);
+}
+
+} // namespace Cleanup

@@ -1,0 +1,43 @@
+#include "platform/CommandLineWords.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+
+namespace {
+
+using Words = std::vector<wxString>;
+
+Words SplitWith(const wxString& line, std::set<wxString> programs = {}) {
+    return CommandLineWords::Split(line,
+                                   [&](const wxString& path) { return programs.count(path) != 0; });
+}
+
+} // namespace
+
+TEST(CommandLineWords, QuotesBackslashesAndBlanksFollowTheWindowsRules) {
+    EXPECT_EQ(CommandLineWords::SplitArguments("a  \"b c\"\td"), (Words{"a", "b c", "d"}));
+    EXPECT_EQ(CommandLineWords::SplitArguments("--user=\"kovix\" --password=\"x y\""),
+              (Words{"--user=kovix", "--password=x y"}));
+    EXPECT_EQ(CommandLineWords::SplitArguments("\"\" x"), (Words{"", "x"}));
+    EXPECT_EQ(CommandLineWords::SplitArguments(R"(a\\b c\"d e\\"f g" h)"),
+              (Words{R"(a\\b)", "c\"d", "e\\f g", "h"}));
+    EXPECT_EQ(CommandLineWords::SplitArguments(R"("say ""hi""")"), (Words{"say \"hi\""}));
+    EXPECT_EQ(CommandLineWords::SplitArguments("   "), Words{});
+}
+
+TEST(CommandLineWords, AnUnquotedProgramWithBlanksIsFoundByItsShortestExistingPrefix) {
+    const wxString line =
+        "/opt/my stack/apache/bin/httpd -DFOREGROUND -f \"/opt/my stack/apache/conf/httpd.conf\"";
+    EXPECT_EQ(SplitWith(line, {"/opt/my stack/apache/bin/httpd"}),
+              (Words{"/opt/my stack/apache/bin/httpd", "-DFOREGROUND", "-f",
+                     "/opt/my stack/apache/conf/httpd.conf"}));
+    // A program named by a shorter prefix wins, as with Windows process creation.
+    EXPECT_EQ(SplitWith("/opt/my stack/x", {"/opt/my", "/opt/my stack/x"}),
+              (Words{"/opt/my", "stack/x"}));
+    // No prefix is a program: plain splitting, the start then fails on "/opt/my".
+    EXPECT_EQ(SplitWith("/opt/my stack/x -v"), (Words{"/opt/my", "stack/x", "-v"}));
+    // A quoted program is taken as quoted; no prefix is tried.
+    EXPECT_EQ(SplitWith("\"/opt/my stack/x\" -v", {"/opt/my"}), (Words{"/opt/my stack/x", "-v"}));
+    EXPECT_EQ(SplitWith("  /bin/true", {"/bin/true"}), (Words{"/bin/true"}));
+}

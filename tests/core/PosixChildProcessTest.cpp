@@ -1,0 +1,141 @@
+#include "platform/PosixChildProcess.h"
+
+#include "support/TempDir.h"
+#include "support/TreeFiles.h"
+
+#include <gtest/gtest.h>
+#include <wx/utils.h>
+
+#include <chrono>
+#include <thread>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+std::unique_ptr<ChildProcess> Start(const wxString& commandLine, const wxString& folder = "") {
+    ChildSpec spec;
+    spec.commandLine = commandLine;
+    spec.workingFolder = folder;
+    return Platform::Get().StartHidden(spec);
+}
+
+// Everything the child writes until it ends.
+wxString OutputUntilEnd(ChildProcess& child) {
+    wxString output;
+    const auto giveUp = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    while (child.IsActive() && std::chrono::steady_clock::now() < giveUp) {
+        output += child.ReadOutput();
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    }
+    return output + child.ReadOutput();
+}
+
+void MakeScript(const wxString& path, const std::string& body) {
+    WriteBytes(path, "#!/bin/sh\n" + body);
+    chmod(path.utf8_str(), 0755);
+}
+
+} // namespace
+
+TEST(PosixChildProcess, OutputAndErrorShareOnePipeAndInputIsAPipe) {
+    auto child = Start("/bin/sh -c \"echo out; echo err >&2; test -p /dev/stdin && echo piped\"");
+    ASSERT_TRUE(child);
+    EXPECT_EQ(OutputUntilEnd(*child), "out\nerr\npiped\n");
+}
+
+TEST(PosixChildProcess, ReadingNeverBlocksAndBytesAreWidenedAsLatin1) {
+    auto child = Start("/bin/sh -c \"printf 'caf\\351 ok'; sleep 5\"");
+    ASSERT_TRUE(child);
+    const auto before = std::chrono::steady_clock::now();
+    wxString text;
+    while (text.length() < 7 && std::chrono::steady_clock::now() - before < std::chrono::seconds(5))
+        text += child->ReadOutput();
+    EXPECT_EQ(text, wxString::FromUTF8("café ok"));
+    EXPECT_EQ(child->ReadOutput(), ""); // nothing more yet, and no waiting for it
+    EXPECT_LT(std::chrono::steady_clock::now() - before, std::chrono::seconds(4));
+    EXPECT_TRUE(child->IsActive());
+    kill(static_cast<pid_t>(child->Pid()), SIGKILL);
+}
+
+TEST(PosixChildProcess, AZeroByteEndsTheChunkItIsIn) {
+    auto child = Start("/bin/sh -c \"printf 'ab\\000cd'\"");
+    ASSERT_TRUE(child);
+    EXPECT_EQ(OutputUntilEnd(*child), "ab");
+}
+
+TEST(PosixChildProcess, EnvironmentGetsThePathPrefixAndTheVariablesButThePanelsStaysAsItWas) {
+    wxString pathBefore;
+    wxGetEnv("PATH", &pathBefore);
+    wxSetEnv("PHP_INI_SCAN_DIR", "/etc/php/conf.d");
+    ChildSpec spec;
+    spec.commandLine = "/bin/sh -c \"echo \\\"$PATH|${PHP_INI_SCAN_DIR-unset}|${EXTRA-unset}\\\"\"";
+    spec.pathPrefix = "/opt/php:";
+    spec.environment = {{"PHP_INI_SCAN_DIR", ""}, {"EXTRA", "1"}};
+    auto child = Platform::Get().StartHidden(spec);
+    ASSERT_TRUE(child);
+    EXPECT_EQ(OutputUntilEnd(*child), "/opt/php:" + pathBefore + "||1\n");
+    wxString pathAfter, scanDir;
+    wxGetEnv("PATH", &pathAfter);
+    wxGetEnv("PHP_INI_SCAN_DIR", &scanDir);
+    EXPECT_EQ(pathAfter, pathBefore);
+    EXPECT_EQ(scanDir, "/etc/php/conf.d");
+    wxUnsetEnv("PHP_INI_SCAN_DIR");
+}
+
+TEST(PosixChildProcess, APathPrefixAloneWhenThePanelHasNoPath) {
+    ChildSpec spec;
+    spec.pathPrefix = "/opt/php:";
+    char* noPath[] = {const_cast<char*>("HOME=/root"), nullptr};
+    std::vector<std::string> environment = ChildEnvironment(spec, noPath);
+    EXPECT_EQ(environment, (std::vector<std::string>{"HOME=/root", "PATH=/opt/php:"}));
+}
+
+TEST(PosixChildProcess, RunsInItsFolderAndSessionFromAnUnquotedPathWithBlanks) {
+    TempDir dir;
+    MakeTreeFolder(dir.Path(), "my stack/bin");
+    MakeTreeFolder(dir.Path(), "work dir");
+    // "my" next to "my stack" is a folder, not a program: the prefix search goes on.
+    MakeTreeFolder(dir.Path(), "my");
+    MakeScript(dir.File("my stack/bin/show args"),
+               "pwd; echo \"$1|$2\"; ps -o sid= -p $$ | tr -d ' '; echo $$\n");
+    auto child =
+        Start(dir.File("my stack/bin/show args") + " \"first arg\" second", dir.File("work dir"));
+    ASSERT_TRUE(child);
+    wxString output = OutputUntilEnd(*child);
+    wxArrayString lines = wxSplit(output.Trim(), '\n');
+    ASSERT_EQ(lines.size(), 4u) << output;
+    EXPECT_EQ(lines[0], dir.File("work dir"));
+    EXPECT_EQ(lines[1], "first arg|second");
+    EXPECT_EQ(lines[2], lines[3]); // leader of its own session
+}
+
+TEST(PosixChildProcess, AProgramThatCannotRunGivesNoChild) {
+    TempDir dir;
+    EXPECT_FALSE(Start(dir.File("missing program")));
+    EXPECT_FALSE(Start("/bin/true", dir.File("missing folder")));
+    WriteBytes(dir.File("not executable"), "data");
+    EXPECT_FALSE(Start(dir.File("not executable")));
+    EXPECT_FALSE(Start(""));
+}
+
+TEST(PosixChildProcess, AnEndedChildIsReapedAndNeverAZombie) {
+    auto child = Start("/bin/true");
+    ASSERT_TRUE(child);
+    const long pid = child->Pid();
+    OutputUntilEnd(*child);
+    EXPECT_FALSE(child->IsActive());
+    EXPECT_FALSE(wxDirExists(wxString::Format("/proc/%ld", pid)));
+}
+
+TEST(PosixChildProcess, TheChildInheritsNoDescriptorOfThePanel) {
+    int kept[2];
+    ASSERT_EQ(pipe(kept), 0); // inheritable on purpose
+    auto child = Start("/bin/sh -c \"ls /proc/self/fd\"");
+    ASSERT_TRUE(child);
+    // The shell's own descriptors: 0, 1, 2 and the one ls reads the folder with.
+    EXPECT_EQ(OutputUntilEnd(*child), "0\n1\n2\n3\n");
+    close(kept[0]);
+    close(kept[1]);
+}
