@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Sets Kovix up (packages, build, stack tree) and runs every test through CTest. Window tests
-# run on a virtual X server when there is no display.
+# run on a virtual X server when there is no display. Then the fuzz targets get a short run in
+# their own clang build ($build/fuzz), whose core is instrumented for libFuzzer.
 set -euo pipefail
 here="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
 build="${KOVIX_BUILD_DIR:-$here/build}"
@@ -9,6 +10,15 @@ build="${KOVIX_BUILD_DIR:-$here/build}"
 cd "$build"
 run_ctest=(ctest --output-on-failure --timeout 900 "$@")
 if [ -z "${DISPLAY:-}" ]; then
-    exec xvfb-run -a -s "-screen 0 1280x1024x24" "${run_ctest[@]}"
+    xvfb-run -a -s "-screen 0 1280x1024x24" "${run_ctest[@]}"
+else
+    "${run_ctest[@]}"
 fi
-exec "${run_ctest[@]}"
+
+fuzz_build="$build/fuzz"
+echo "== Fuzz targets in $fuzz_build"
+CC=clang CXX=clang++ cmake -S "$here" -B "$fuzz_build" -DCMAKE_BUILD_TYPE=Release -DKOVIX_FUZZ=ON \
+    >/dev/null
+cmake --build "$fuzz_build" -j2 --target fuzz_targets
+cd "$fuzz_build"
+ctest --output-on-failure -L fuzz
