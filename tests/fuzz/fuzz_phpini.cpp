@@ -2,25 +2,15 @@
 // hanging, the values read and the file written must agree with a plain statement of the
 // matching rules: lines that no directive claims come back unchanged, claimed lines become
 // "directive = value", and every line end becomes "\n".
+#include "FuzzSupport.h"
 #include "core/TextFiles.h"
 #include "php/PHPControlConfig.h"
 
-#include <wx/filefn.h>
-#include <wx/filename.h>
-#include <wx/init.h>
-#include <wx/log.h>
-
-#include <cstdint>
-#include <cstdio>
-#include <cstdlib>
-#include <fstream>
 #include <map>
 #include <string>
 #include <vector>
 
 namespace {
-
-wxString folder;
 
 bool IsBlank(wchar_t c) {
     return c == ' ' || c == '\t';
@@ -90,23 +80,6 @@ std::vector<wxString> Lines(const wxString& text) {
     return lines;
 }
 
-[[noreturn]] void Fail(const char* what) {
-    std::fprintf(stderr, "fuzz_phpini: %s\n", what);
-    std::abort();
-}
-
-void AbortOnAssert(const wxString&, int, const wxString&, const wxString& condition,
-                   const wxString& message) {
-    std::fprintf(stderr, "wx assertion: %s %s\n", static_cast<const char*>(condition.utf8_str()),
-                 static_cast<const char*>(message.utf8_str()));
-    std::abort();
-}
-
-std::string FileBytes(const wxString& path) {
-    std::ifstream in(path.fn_str(), std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), {});
-}
-
 std::string Utf8Bytes(const wxString& text) {
     const wxScopedCharBuffer utf8 = text.utf8_str();
     return std::string(utf8.data(), utf8.length());
@@ -116,8 +89,8 @@ void CheckRoundTrip(const wxString& path, const std::string& bytes) {
     PHPControlConfig table(path);
     wxString text;
     if (!TextFiles::Read(path, text)) {
-        if (!table.GetPath().empty() || table.WriteValues() || FileBytes(path) != bytes)
-            Fail("an unreadable file was taken or changed");
+        if (!table.GetPath().empty() || table.WriteValues() || FuzzSupport::ReadFile(path) != bytes)
+            FuzzSupport::Fail("an unreadable file was taken or changed");
         return;
     }
     const std::vector<wxString> lines = Lines(text);
@@ -128,7 +101,7 @@ void CheckRoundTrip(const wxString& path, const std::string& bytes) {
             values[record->directive] = letters;
     for (const auto& [directive, record] : table.GetRecords())
         if (record.value != values[directive])
-            Fail("a value read differs from the rules");
+            FuzzSupport::Fail("a value read differs from the rules");
 
     size_t index = bytes.size();
     for (const auto& entry : table.GetRecords())
@@ -139,35 +112,16 @@ void CheckRoundTrip(const wxString& path, const std::string& bytes) {
         expected += (i == 0 ? "" : "\n") + (record ? record->GetWriteLine() : lines[i]);
     }
     if (!table.WriteValues())
-        Fail("a readable file was not written");
-    if (FileBytes(path) != Utf8Bytes(expected))
-        Fail("the file written differs from the rules");
+        FuzzSupport::Fail("a readable file was not written");
+    if (FuzzSupport::ReadFile(path) != Utf8Bytes(expected))
+        FuzzSupport::Fail("the file written differs from the rules");
 }
 
 } // namespace
 
-extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv) {
-    static wxInitializer initializer(*argc, *argv);
-    if (!initializer.IsOk())
-        Fail("cannot initialise wxWidgets");
-    wxSetAssertHandler(AbortOnAssert);
-    wxLog::SetActiveTarget(new wxLogStderr);
-    TextFiles::InitEncoding();
-    folder = wxFileName::CreateTempFileName("fuzz_phpini");
-    wxRemoveFile(folder);
-    if (!wxMkdir(folder))
-        Fail("cannot create a scratch folder");
-    std::atexit([] {
-        wxRemoveFile(folder + "/php_source.ini");
-        wxRmdir(folder);
-    });
-    return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    const std::string bytes(reinterpret_cast<const char*>(data), size);
-    const wxString path = folder + "/php_source.ini";
-    std::ofstream(path.fn_str(), std::ios::binary | std::ios::trunc) << bytes;
-    CheckRoundTrip(path, bytes);
+    const wxString path = FuzzSupport::ScratchFolder() + "/php_source.ini";
+    FuzzSupport::WriteFile(path, data, size);
+    CheckRoundTrip(path, std::string(reinterpret_cast<const char*>(data), size));
     return 0;
 }
