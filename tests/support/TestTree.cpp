@@ -1,0 +1,230 @@
+#include "support/TestTree.h"
+
+#include "platform/Platform.h"
+
+#include <wx/utils.h>
+
+#include <algorithm>
+#include <arpa/inet.h>
+#include <chrono>
+#include <cstdlib>
+#include <dirent.h>
+#include <filesystem>
+#include <fstream>
+#include <netinet/in.h>
+#include <regex>
+#include <signal.h>
+#include <sstream>
+#include <stdexcept>
+#include <sys/prctl.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+namespace {
+
+const char* const ScopeVariable = "KOVIX_PROCESS_SCOPE";
+const char* const TreeFolderName = "kovix tree";
+
+std::string MakeTempFolder(const char* prefix) {
+    std::string pattern =
+        std::filesystem::temp_directory_path().string() + "/" + prefix + "-XXXXXX";
+    if (!mkdtemp(pattern.data()))
+        throw std::runtime_error("cannot create a temporary folder");
+    // Apache started by root serves as www-data, which must enter the folders above the tree.
+    std::filesystem::permissions(pattern, std::filesystem::perms::others_exec,
+                                 std::filesystem::perm_options::add);
+    return pattern;
+}
+
+// The tree assembled once per program, removed when the program ends; each TestTree copies it.
+struct AssembledTree {
+    std::string folder;
+    std::string tree;
+
+    explicit AssembledTree(const wxString& sourceDir)
+        : folder(MakeTempFolder("kovix-assembled")), tree(folder + "/tree") {
+        CommandResult result =
+            RunCommand({"bash", sourceDir + "/scripts/assemble-tree.sh", wxString::FromUTF8(tree)});
+        if (result.exitCode != 0) {
+            Remove();
+            throw std::runtime_error("assemble-tree.sh failed:\n" + result.err.utf8_string());
+        }
+    }
+    ~AssembledTree() { Remove(); }
+    void Remove() {
+        std::error_code ignored;
+        std::filesystem::remove_all(folder, ignored);
+    }
+};
+
+const std::string& AssembledTreeFolder(const wxString& sourceDir) {
+    static AssembledTree assembled(sourceDir);
+    return assembled.tree;
+}
+
+void CopyTree(const std::string& from, const wxString& to) {
+    CommandResult result = RunCommand({"cp", "-a", wxString::FromUTF8(from), to});
+    if (result.exitCode != 0)
+        throw std::runtime_error("cannot copy the test tree: " + result.err.utf8_string());
+}
+
+void SetMysqlPort(const wxString& root, int port) {
+    const std::string path = (root + "/mysql/my_source.ini").utf8_string();
+    std::ifstream in(path);
+    std::stringstream text;
+    text << in.rdbuf();
+    const std::string changed = std::regex_replace(text.str(), std::regex("(^|\n)port *= *[0-9]+"),
+                                                   "$1port=" + std::to_string(port));
+    std::ofstream(path, std::ios::trunc) << changed;
+}
+
+std::string FirstPhpVersion(const wxString& root) {
+    std::vector<std::string> versions;
+    for (const auto& entry : std::filesystem::directory_iterator((root + "/apache").utf8_string()))
+        if (entry.is_directory() && entry.path().filename().string().rfind("php_", 0) == 0)
+            versions.push_back(entry.path().filename().string());
+    std::sort(versions.begin(), versions.end());
+    return versions.empty() ? std::string() : versions.front();
+}
+
+std::vector<long> AllPids() {
+    std::vector<long> pids;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+        const std::string name = entry.path().filename().string();
+        if (!name.empty() && name.find_first_not_of("0123456789") == std::string::npos)
+            pids.push_back(std::stol(name));
+    }
+    return pids;
+}
+
+std::string ReadLine(const std::string& path) {
+    std::ifstream in(path);
+    std::string line;
+    std::getline(in, line);
+    return line;
+}
+
+// State letter and parent pid from /proc/<pid>/stat; state 0 when the process is gone.
+char StateOf(long pid, long* parent = nullptr) {
+    const std::string line = ReadLine("/proc/" + std::to_string(pid) + "/stat");
+    const size_t close = line.rfind(')');
+    if (close == std::string::npos || close + 2 >= line.size())
+        return 0;
+    std::istringstream fields(line.substr(close + 2));
+    char state = 0;
+    long ppid = 0;
+    fields >> state >> ppid;
+    if (parent)
+        *parent = ppid;
+    return state;
+}
+
+bool IsServerName(const std::string& comm) {
+    return comm == "httpd" || comm == "mysqld" || comm == "mysqladmin";
+}
+
+} // namespace
+
+TestTree::TestTree(const wxString& sourceDir) {
+    const std::string& assembled = AssembledTreeFolder(sourceDir);
+    folder = wxString::FromUTF8(MakeTempFolder("kovix-test"));
+    root = folder + "/" + TreeFolderName;
+    CopyTree(assembled, root);
+    apachePort = FreePort();
+    do
+        mysqlPort = FreePort();
+    while (mysqlPort == apachePort);
+    SetMysqlPort(root, mysqlPort);
+    std::ofstream(File("kovix.ini").utf8_string())
+        << "APACHE_PORT = \"" << apachePort << "\"\nPHP_CURRENT_VERSION = \""
+        << FirstPhpVersion(root) << "\"\n";
+
+    hadScope = wxGetEnv(ScopeVariable, &previousScope);
+    wxSetEnv(ScopeVariable, root);
+    prctl(PR_SET_CHILD_SUBREAPER, 1);
+}
+
+TestTree::~TestTree() {
+    StopServers();
+    if (hadScope)
+        wxSetEnv(ScopeVariable, previousScope);
+    else
+        wxUnsetEnv(ScopeVariable);
+    std::error_code ignored;
+    std::filesystem::remove_all(folder.utf8_string(), ignored);
+}
+
+CommandResult TestTree::Ctl(const wxString& kovixctlPath, std::vector<wxString> arguments) const {
+    arguments.insert(arguments.begin(), {kovixctlPath, "--root", root});
+    CommandResult result = RunCommand(arguments);
+    ReapEndedServers();
+    return result;
+}
+
+std::vector<long> TestTree::Processes() const {
+    std::vector<long> found;
+    for (long pid : AllPids()) {
+        const char state = StateOf(pid);
+        if (pid != getpid() && state != 0 && state != 'Z' &&
+            Platform::Get().ProcessLivesIn(pid, root))
+            found.push_back(pid);
+    }
+    return found;
+}
+
+std::vector<TestTree::ProcessState> TestTree::ProcessesNamed(const wxString& name) const {
+    std::vector<ProcessState> found;
+    for (long pid : AllPids()) {
+        const std::string comm = ReadLine("/proc/" + std::to_string(pid) + "/comm");
+        if (comm != name.utf8_string())
+            continue;
+        long parent = 0;
+        const char state = StateOf(pid, &parent);
+        // A zombie has no folders left to look at: it belongs to the tree when its parent is
+        // this process (it started or adopted it).
+        const bool ours =
+            state == 'Z' ? parent == getpid() : Platform::Get().ProcessLivesIn(pid, root);
+        if (state != 0 && ours)
+            found.push_back({pid, state});
+    }
+    return found;
+}
+
+void TestTree::StopServers() {
+    const auto giveUp = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    for (auto pids = Processes(); !pids.empty() && std::chrono::steady_clock::now() < giveUp;
+         pids = Processes()) {
+        for (long pid : pids)
+            kill(static_cast<pid_t>(pid), SIGKILL);
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    ReapEndedServers();
+}
+
+void TestTree::ReapEndedServers() {
+    for (long pid : AllPids()) {
+        long parent = 0;
+        if (StateOf(pid, &parent) == 'Z' && parent == getpid() &&
+            IsServerName(ReadLine("/proc/" + std::to_string(pid) + "/comm")))
+            waitpid(static_cast<pid_t>(pid), nullptr, WNOHANG);
+    }
+}
+
+int TestTree::FreePort() {
+    int fd = socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_ANY);
+    socklen_t length = sizeof address;
+    int port = 0;
+    if (fd >= 0 && bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0 &&
+        getsockname(fd, reinterpret_cast<sockaddr*>(&address), &length) == 0)
+        port = ntohs(address.sin_port);
+    if (fd >= 0)
+        close(fd);
+    if (port == 0)
+        throw std::runtime_error("no free port");
+    return port;
+}
