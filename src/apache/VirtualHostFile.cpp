@@ -136,6 +136,22 @@ bool VirtualHostRecord::operator==(const VirtualHostRecord& other) const {
            aliases == other.aliases && directories == other.directories && others == other.others;
 }
 
+wxString VirtualHostFile::ModuleDescription(const wxString& name) const {
+    return catalogue.ModuleDescription(name);
+}
+
+wxString VirtualHostFile::ModuleLink(const wxString& name) const {
+    return catalogue.ModuleLink(name);
+}
+
+wxString VirtualHostFile::ExtensionDescription(const wxString& name) const {
+    return catalogue.ExtensionDescription(name);
+}
+
+wxString VirtualHostFile::ExtensionLink(const wxString& name) const {
+    return catalogue.ExtensionLink(name);
+}
+
 bool LoadVirtualHostFile(VirtualHostFile& file, const InstallPaths& paths) {
     file.path = paths.ApacheSourceConfig();
     return ReadVirtualHosts(file);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "apache/HelpCatalogue.h"
+
 #include <wx/string.h>
 
 #include <vector>
@@ -52,6 +54,15 @@ class VirtualHostFile {
 public:
     wxString path;
     std::vector<VirtualHostRecord> hosts;
+
+    // The catalogue's texts; "No Description Available" and an empty link for unknown names.
+    wxString ModuleDescription(const wxString& name) const;
+    wxString ModuleLink(const wxString& name) const;
+    wxString ExtensionDescription(const wxString& name) const;
+    wxString ExtensionLink(const wxString& name) const;
+
+private:
+    HelpCatalogue catalogue;
 };
 
 // The template format. The reader takes every <VirtualHost> block of the template, commented-out

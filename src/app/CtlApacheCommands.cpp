@@ -186,7 +186,34 @@ void ImportVirtualHosts(CtlContext& context) {
         throw CtlFailure("cannot rewrite " + file.path);
 }
 
+void PrintCatalogueEntry(CtlContext& context, const wxString& description, const wxString& link) {
+    if (context.json) {
+        context.PrintJson({{"description", Utf8(description)}, {"link", Utf8(link)}});
+        return;
+    }
+    context.Print(wxString(description).Trim(true).Trim(false));
+    if (!link.empty())
+        context.Print(link);
+}
+
+void CatalogueModule(CtlContext& context) {
+    context.ExpectArgCount(1, 1);
+    const VirtualHostFile file;
+    PrintCatalogueEntry(context, file.ModuleDescription(context.Arg(0)),
+                        file.ModuleLink(context.Arg(0)));
+}
+
+void CatalogueExtension(CtlContext& context) {
+    context.ExpectArgCount(1, 1);
+    const VirtualHostFile file;
+    PrintCatalogueEntry(context, file.ExtensionDescription(context.Arg(0)),
+                        file.ExtensionLink(context.Arg(0)));
+}
+
 const CtlRegistrar vhosts({"apache", "vhosts"}, "[--json]", VirtualHosts);
 const CtlRegistrar importVhosts({"apache", "vhosts", "import"}, "FILE|-", ImportVirtualHosts);
+const CtlRegistrar catalogueModule({"catalogue", "module"}, "NAME [--json]", CatalogueModule);
+const CtlRegistrar catalogueExtension({"catalogue", "extension"}, "NAME [--json]",
+                                      CatalogueExtension);
 
 } // namespace

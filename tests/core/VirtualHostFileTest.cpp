@@ -337,3 +337,13 @@ TEST_F(VirtualHostFileTest, SaveThatCannotCompleteLeavesTheTemplateAlone) {
     file.path.clear();
     EXPECT_FALSE(WriteVirtualHosts(file));
 }
+
+TEST_F(VirtualHostFileTest, CarriesTheHelpCatalogue) {
+    const VirtualHostFile file;
+    EXPECT_TRUE(file.ModuleLink("rewrite_module").EndsWith("/docs/2.2/mod/mod_rewrite.html"));
+    EXPECT_TRUE(file.ExtensionLink("gd2").EndsWith("/manual/en/book.image.php"));
+    EXPECT_TRUE(file.ExtensionDescription("zip").StartsWith(" "));
+    EXPECT_EQ(file.ModuleDescription("no_such_module"), "No Description Available");
+    EXPECT_EQ(file.ExtensionDescription(""), "No Description Available");
+    EXPECT_EQ(file.ModuleLink("no_such_module"), "");
+}

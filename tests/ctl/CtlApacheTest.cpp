@@ -133,3 +133,22 @@ TEST_F(CtlApacheTest, BadDocumentsExitOneAndLeaveTheTemplateAlone) {
     EXPECT_EQ(Import(R"({"hosts": []})").exitCode, 1) << "no template to rewrite";
     EXPECT_FALSE(wxFileExists(Template()));
 }
+
+TEST_F(CtlApacheTest, CatalogueEntriesAndTheirFallbacks) {
+    const CommandResult rewrite = Ctl({"catalogue", "module", "rewrite_module", "--json"});
+    ASSERT_EQ(rewrite.exitCode, 0) << rewrite.err;
+    const nlohmann::json entry = nlohmann::json::parse(rewrite.out.utf8_string());
+    EXPECT_TRUE(wxString::FromUTF8(entry["description"].get<std::string>())
+                    .StartsWith("Provides a rule-based rewriting engine"));
+    EXPECT_TRUE(wxString::FromUTF8(entry["link"].get<std::string>())
+                    .EndsWith("/docs/2.2/mod/mod_rewrite.html"));
+
+    const CommandResult bz2 = Ctl({"catalogue", "extension", "bz2"});
+    EXPECT_TRUE(bz2.out.EndsWith("/manual/en/book.bzip2.php\n")) << "the link on the last line";
+    EXPECT_FALSE(bz2.out.StartsWith(" "));
+
+    EXPECT_EQ(Ctl({"catalogue", "module", "Rewrite_module", "--json"}).out,
+              "{\"description\":\"No Description Available\",\"link\":\"\"}\n");
+    EXPECT_EQ(Ctl({"catalogue", "extension", "nosuch"}).out, "No Description Available\n");
+    EXPECT_EQ(Ctl({"catalogue", "module"}).exitCode, 2);
+}
