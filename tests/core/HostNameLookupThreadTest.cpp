@@ -1,0 +1,126 @@
+#include "net/HostNameLookupThread.h"
+#include "support/LocalHttpServer.h"
+#include "support/ScopedEnv.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <thread>
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+double SecondsSince(Clock::time_point start) {
+    return std::chrono::duration<double>(Clock::now() - start).count();
+}
+
+// Runs a lookup against hosts and waits for its answers (at most timeoutSeconds).
+std::unique_ptr<HostNameLookupThread> Lookup(const wxString& ipService, const wxString& productSite,
+                                             double timeoutSeconds = 20) {
+    auto thread = HostNameLookupThread::Start({ipService, productSite});
+    const auto start = Clock::now();
+    while (!thread->IsResolved() && SecondsSince(start) < timeoutSeconds)
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    EXPECT_TRUE(thread->IsResolved());
+    return thread;
+}
+
+} // namespace
+
+TEST(HostNameLookupPages, PublicIpIsTheFirstDottedQuadAnywhere) {
+    EXPECT_EQ(HostNameLookupThread::FindPublicIp("203.0.113.7\n"), "203.0.113.7");
+    EXPECT_EQ(HostNameLookupThread::FindPublicIp(
+                  "<body>Current IP Address: 198.51.100.23, proxy 10.0.0.1</body>"),
+              "198.51.100.23");
+    EXPECT_EQ(HostNameLookupThread::FindPublicIp("v1.2.3 then x12.34.56.78y"), "12.34.56.78");
+    EXPECT_EQ(HostNameLookupThread::FindPublicIp("version 1.2.3, host ::1"), "");
+    EXPECT_EQ(HostNameLookupThread::FindPublicIp(""), "");
+}
+
+TEST(HostNameLookupPages, LatestVersionIsTheFirstQuotedAssignment) {
+    EXPECT_EQ(HostNameLookupThread::FindLatestVersion("<?php\n$version = \"1.2\";\n"), "1.2");
+    EXPECT_EQ(HostNameLookupThread::FindLatestVersion("release\t=\t\"1,2\" version = \"9.9\""),
+              "1,2")
+        << "whatever the word, the first pair wins";
+    EXPECT_EQ(HostNameLookupThread::FindLatestVersion("version=\"\""), "");
+    EXPECT_EQ(HostNameLookupThread::FindLatestVersion("version = 1.2"), "");
+    EXPECT_EQ(HostNameLookupThread::FindLatestVersion("version = '1.2'"), "");
+    EXPECT_EQ(HostNameLookupThread::FindLatestVersion(""), "");
+}
+
+TEST(HostNameLookupHosts, DefaultsGiveWayToTheEnvironment) {
+    const wxString local = "127.0.0.1:8123";
+    {
+        ScopedEnv ip(HostNameLookupThread::IP_SERVICE_VARIABLE, nullptr);
+        ScopedEnv site(HostNameLookupThread::PRODUCT_SITE_VARIABLE, "");
+        const auto hosts = HostNameLookupThread::Hosts::FromEnvironment();
+        EXPECT_EQ(hosts.ipService, HostNameLookupThread::DEFAULT_IP_SERVICE);
+        EXPECT_EQ(hosts.productSite, HostNameLookupThread::DEFAULT_PRODUCT_SITE);
+    }
+    ScopedEnv ip(HostNameLookupThread::IP_SERVICE_VARIABLE, local);
+    ScopedEnv site(HostNameLookupThread::PRODUCT_SITE_VARIABLE, local);
+    const auto hosts = HostNameLookupThread::Hosts::FromEnvironment();
+    EXPECT_EQ(hosts.ipService, local);
+    EXPECT_EQ(hosts.productSite, local);
+}
+
+TEST(HostNameLookupFetch, AsksEachServiceForItsPageAndReadsUtf8) {
+    LocalHttpServer ipService;
+    LocalHttpServer productSite;
+    ipService.Serve("/", "Your address: 203.0.113.9 (seen via 10.0.0.1)\n");
+    productSite.Serve(HostNameLookupThread::VERSION_PATH,
+                      "note = \"1.3 \xC3\xA9t\xC3\xA9\"\nversion = \"1.2\"\n");
+    auto thread = Lookup(ipService.HostAndPort(), productSite.HostAndPort());
+    EXPECT_EQ(thread->PublicIp(), "203.0.113.9");
+    EXPECT_EQ(thread->LatestVersion(), wxString::FromUTF8("1.3 \xC3\xA9t\xC3\xA9"));
+
+    ASSERT_EQ(ipService.Requests().size(), 1u);
+    ASSERT_EQ(productSite.Requests().size(), 1u);
+    const std::string ipRequest = ipService.Requests()[0];
+    const std::string versionRequest = productSite.Requests()[0];
+    EXPECT_EQ(ipRequest.rfind("GET / HTTP/1.", 0), 0u) << ipRequest;
+    EXPECT_EQ(versionRequest.rfind("GET /file/version.php HTTP/1.", 0), 0u) << versionRequest;
+    EXPECT_NE(versionRequest.find("Content-type: text/html; charset=utf-8\r\n"), std::string::npos)
+        << versionRequest;
+}
+
+TEST(HostNameLookupFetch, HttpErrorsAndBadHostsGiveNothing) {
+    LocalHttpServer server; // serves nothing: every page is a 404 whose body holds both answers
+    auto thread = Lookup(server.HostAndPort(), server.HostAndPort());
+    EXPECT_EQ(thread->PublicIp(), "");
+    EXPECT_EQ(thread->LatestVersion(), "");
+    EXPECT_EQ(server.Requests().size(), 2u);
+
+    // A name that does not resolve must not fall back to the any-address, which is this machine.
+    const wxString port = wxString::Format(":%d", server.Port());
+    thread =
+        Lookup("nohost.invalid" + port, "127.0.0.1:http" + wxString::Format("%d", server.Port()));
+    EXPECT_EQ(thread->PublicIp(), "");
+    EXPECT_EQ(thread->LatestVersion(), "");
+    EXPECT_EQ(server.Requests().size(), 2u) << "no request after the bad host names";
+}
+
+TEST(HostNameLookupFetch, AStalledServiceCostsOneTimeOutAndNotTheOtherAnswer) {
+    LocalHttpServer stalled(true);
+    LocalHttpServer productSite;
+    productSite.Serve(HostNameLookupThread::VERSION_PATH, "version = \"1.2\"");
+    const auto start = Clock::now();
+    auto thread = Lookup(stalled.HostAndPort(), productSite.HostAndPort());
+    const double seconds = SecondsSince(start);
+    EXPECT_EQ(thread->PublicIp(), "");
+    EXPECT_EQ(thread->LatestVersion(), "1.2");
+    EXPECT_GE(seconds, HostNameLookupThread::TIMEOUT_SECONDS - 0.5);
+    EXPECT_LT(seconds, HostNameLookupThread::TIMEOUT_SECONDS + 3);
+}
+
+TEST(HostNameLookupFetch, DestroyingAStalledLookupSkipsTheSecondRequest) {
+    LocalHttpServer stalled(true);
+    auto thread = HostNameLookupThread::Start({stalled.HostAndPort(), stalled.HostAndPort()});
+    const auto start = Clock::now();
+    while (stalled.Requests().empty() && SecondsSince(start) < 5)
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    thread.reset();
+    EXPECT_LT(SecondsSince(start), HostNameLookupThread::TIMEOUT_SECONDS + 2);
+    EXPECT_EQ(stalled.Requests().size(), 1u);
+}

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <wx/string.h>
+
+#include <map>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+// A tiny HTTP/1.0 server on a free 127.0.0.1 port, serving fixed bodies by path (a 404 for the
+// rest, whose body holds a dotted quad and a quoted assignment) on its own thread, and recording
+// the head of every request. Silent, it accepts and reads requests but never answers, like a
+// stalled web site. The destructor stops it and closes every connection, so a failing test cannot
+// leave it behind.
+class LocalHttpServer {
+public:
+    explicit LocalHttpServer(bool silent = false);
+    ~LocalHttpServer();
+    LocalHttpServer(const LocalHttpServer&) = delete;
+    LocalHttpServer& operator=(const LocalHttpServer&) = delete;
+
+    // Serves body (bytes as given) at path from now on.
+    void Serve(const std::string& path, const std::string& body);
+    int Port() const { return port; }
+    // "127.0.0.1:port", the form the network lookup takes.
+    wxString HostAndPort() const;
+    // The request heads received so far (request line and header lines).
+    std::vector<std::string> Requests() const;
+
+private:
+    struct Connection {
+        int fd;
+        std::string received;
+        bool answered;
+    };
+
+    void Run();
+    void Accept();
+    // False once the connection is finished with.
+    bool Receive(Connection& connection);
+    void Answer(Connection& connection, const std::string& head);
+
+    const bool silent;
+    int listener = -1;
+    int wakeRead = -1;
+    int wakeWrite = -1;
+    int port = 0;
+    std::vector<Connection> connections;
+    mutable std::mutex lock;
+    std::map<std::string, std::string> bodies;
+    std::vector<std::string> requests;
+    std::thread thread;
+};
