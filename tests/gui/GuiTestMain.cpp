@@ -1,12 +1,14 @@
 // Test entry for the window tests: a real GTK application on the display (Xvfb in CI), with wx
 // assertions and error logs turned into test failures instead of modal boxes.
 #include "core/TextFiles.h"
+#include "net/HostNameLookupThread.h"
 
 #include <gtest/gtest.h>
 #include <wx/app.h>
 #include <wx/image.h>
 #include <wx/init.h>
 #include <wx/log.h>
+#include <wx/utils.h>
 
 #include <cstdio>
 
@@ -38,6 +40,9 @@ int main(int argc, char** argv) {
     wxLog::SetActiveTarget(new wxLogStderr);
     wxInitAllImageHandlers();
     TextFiles::InitEncoding();
+    // Windows built by the tests look their network answers up on a closed loopback port.
+    wxSetEnv(HostNameLookupThread::IP_SERVICE_VARIABLE, "127.0.0.1:1");
+    wxSetEnv(HostNameLookupThread::PRODUCT_SITE_VARIABLE, "127.0.0.1:1");
     const int result = RUN_ALL_TESTS();
     wxTheApp->OnExit();
     wxEntryCleanup();
