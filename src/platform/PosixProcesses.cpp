@@ -86,6 +86,17 @@ bool IsUnder(const wxString& path, const wxString& folder) {
     return path == folder || path.StartsWith(folder + "/");
 }
 
+// True when text holds folder as a whole path or the start of one ("/a/b" in "-f /a/b/x.conf", not
+// in "/a/bc").
+bool MentionsFolder(const std::string& text, const std::string& folder) {
+    for (size_t at = text.find(folder); at != std::string::npos; at = text.find(folder, at + 1)) {
+        const size_t end = at + folder.size();
+        if (end == text.size() || text[end] == '/' || text[end] == '\0' || text[end] == '"')
+            return true;
+    }
+    return false;
+}
+
 // Inodes of the listening TCP sockets on port, from a /proc/net/tcp-style table.
 std::vector<std::string> ListeningInodes(const std::string& table, int port) {
     std::ifstream in(table);
@@ -158,8 +169,9 @@ bool PosixPlatform::ProcessLivesIn(long pid, const wxString& folder) {
         IsUnder(wxString::FromUTF8(ReadLink(ProcPath(pid, "exe"))), root))
         return true;
     std::ifstream in(ProcPath(pid, "cmdline"), std::ios::binary);
-    std::string commandLine((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    return commandLine.find(root.utf8_string()) != std::string::npos;
+    const std::string commandLine((std::istreambuf_iterator<char>(in)),
+                                  std::istreambuf_iterator<char>());
+    return MentionsFolder(commandLine, root.utf8_string());
 }
 
 bool PosixPlatform::IsLocalPortTaken(int port, int timeoutMs) {

@@ -4,6 +4,7 @@
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
+#include <wx/filename.h>
 #include <wx/utils.h>
 
 #include <algorithm>
@@ -98,6 +99,10 @@ TEST(PosixProcesses, ProcessLivesInItsFolderExecutableOrCommandLine) {
     EXPECT_TRUE(Platform::Get().ProcessLivesIn(getpid(), here));
     EXPECT_TRUE(Platform::Get().ProcessLivesIn(getpid(), here + "/"));
     EXPECT_FALSE(Platform::Get().ProcessLivesIn(getpid(), dir.Path()));
+    // The test program is named on its own command line; a longer name is another folder.
+    wxString program = Platform::Get().ExecutablePath();
+    EXPECT_TRUE(Platform::Get().ProcessLivesIn(getpid(), wxFileName(program).GetPath()));
+    EXPECT_FALSE(Platform::Get().ProcessLivesIn(getpid(), program.Left(program.length() - 1)));
 }
 
 TEST(PosixProcesses, PortTestAndHolderNameTheListener) {
