@@ -90,8 +90,10 @@ void Status(CtlContext& context) {
         return;
     }
     auto row = [](const wxString& name, bool runs, int cpu) {
-        return std::vector<wxString>{name, GetLangText(runs ? "RUNNING" : "STOPPED"),
-                                     runs ? wxString::Format("CPU: %d%%", cpu) : wxString()};
+        std::vector<wxString> cells{name, GetLangText(runs ? "RUNNING" : "STOPPED")};
+        if (runs)
+            cells.push_back(wxString::Format("CPU: %d%%", cpu));
+        return cells;
     };
     context.PrintTable({row("Apache", apacheRuns, apacheCpu), row("MySQL", mysqlRuns, mysqlCpu)});
 }

@@ -96,8 +96,10 @@ TEST_F(Servers, StartAllServesPhpAndMysqlAndStopAllLeavesNothing) {
     EXPECT_LT(std::chrono::steady_clock::now() - before, std::chrono::seconds(3));
     EXPECT_EQ(stop.exitCode, 0) << stop.err;
     ExpectNothingLeft();
-    EXPECT_EQ(Status()["apache"]["running"], false);
-    EXPECT_EQ(Status()["mysql"]["running"], false);
+    EXPECT_EQ(Ctl({"status"}).out, "Apache  Stopped\nMySQL   Stopped\n");
+    EXPECT_EQ(
+        Ctl({"status", "--json"}).out,
+        "{\"apache\":{\"running\":false,\"cpu\":0},\"mysql\":{\"running\":false,\"cpu\":0}}\n");
     // The panel's own account shut MySQL down in order.
     EXPECT_NE(
         ReadBytes(tree.File("mysql/data/mysql.err")).find("initiated by: kovix[kovix] @ localhost"),
