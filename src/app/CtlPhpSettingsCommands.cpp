@@ -41,7 +41,8 @@ void Set(CtlContext& context) {
     const wxString value = ChoiceNamed(*record, context.Arg(1));
     // The writer only replaces lines the reader recognised; without one it would change nothing.
     if (record->value.empty())
-        throw CtlFailure(record->directive + " is not set in " + context.paths.PhpSourceConfig());
+        throw CtlFailure(record->directive + " has no line setting it to a word in " +
+                         context.paths.PhpSourceConfig() + "; nothing written");
     record->value = value;
     if (!table.WriteValues())
         throw CtlFailure("cannot write " + table.GetPath());
