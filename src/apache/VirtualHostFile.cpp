@@ -11,20 +11,42 @@
 
 namespace {
 
+// A compiled pattern and a cheap test that every line it matches passes: most lines of a
+// template contain none of the directive words, and a word search costs a fraction of a match.
+class LinePattern {
+public:
+    // word: a text every matching line contains; nullptr: the line holds nothing but blanks.
+    LinePattern(const char* expression, const wchar_t* word) : expression(expression), word(word) {}
+
+    bool Matches(const wxString& line) const {
+        const bool mayMatch = word ? line.find(word) != wxString::npos
+                                   : line.find_first_not_of(L" \t") == wxString::npos;
+        return mayMatch && expression.Matches(line);
+    }
+    // Sub-match index of the line last matched.
+    wxString Match(const wxString& line, size_t index) const {
+        return expression.GetMatch(line, index);
+    }
+
+private:
+    wxRegEx expression;
+    const wchar_t* word;
+};
+
 struct Patterns {
-    wxRegEx blockOpening{"<VirtualHost[\t ]*(.*)>"};
-    wxRegEx blockClosing{"</[\t ]*VirtualHost[\t ]*>"};
-    wxRegEx serverName{"^[\t ]*ServerName[\t ]+\"?([^\"]*)\"?"};
-    wxRegEx serverAlias{"^[\t ]*ServerAlias[\t ]+\"?([^\"]*)\"?"};
-    wxRegEx documentRoot{"^[\t ]*DocumentRoot[\t ]+\"?([^\"]*)\"?"};
-    wxRegEx alias{"^[\t ]*Alias[\t ]+\"?([^\"]*)\"?[\t ]+\"?([^\"]*)\"?"};
-    wxRegEx directoryOpening{"<Directory \"?([^\"]*)\"?>"};
-    wxRegEx blankLine{"^[\t ]*$"};
-    wxRegEx marker{"^#KOVIX"};
+    LinePattern blockOpening{"<VirtualHost[\t ]*(.*)>", L"<VirtualHost"};
+    LinePattern blockClosing{"</[\t ]*VirtualHost[\t ]*>", L"VirtualHost"};
+    LinePattern serverName{"^[\t ]*ServerName[\t ]+\"?([^\"]*)\"?", L"ServerName"};
+    LinePattern serverAlias{"^[\t ]*ServerAlias[\t ]+\"?([^\"]*)\"?", L"ServerAlias"};
+    LinePattern documentRoot{"^[\t ]*DocumentRoot[\t ]+\"?([^\"]*)\"?", L"DocumentRoot"};
+    LinePattern alias{"^[\t ]*Alias[\t ]+\"?([^\"]*)\"?[\t ]+\"?([^\"]*)\"?", L"Alias"};
+    LinePattern directoryOpening{"<Directory \"?([^\"]*)\"?>", L"<Directory "};
+    LinePattern blankLine{"^[\t ]*$", nullptr};
+    LinePattern marker{"^#KOVIX", L"#KOVIX"};
     // Only blanks may surround the word here, tabs too in the virtual-host closing tag.
-    wxRegEx directoryClosing{"</ *Directory *>"};
-    wxRegEx options{"Options[\t ]*(.*)"};
-    wxRegEx allowOverride{"AllowOverride[\t ]*(.*)"};
+    LinePattern directoryClosing{"</ *Directory *>", L"Directory"};
+    LinePattern options{"Options[\t ]*(.*)", L"Options"};
+    LinePattern allowOverride{"AllowOverride[\t ]*(.*)", L"AllowOverride"};
 };
 
 const Patterns& Pattern() {
@@ -44,32 +66,33 @@ bool ReadTemplate(const wxString& path, wxString& text) {
         return false;
     if (text.empty() && wxFileName::GetSize(path) != wxULongLong(0))
         return false;
+    const wchar_t* const characters = text.wc_str();
     for (size_t i = 0; i < text.length(); ++i)
-        if (IsInvalidCodePoint(text[i].GetValue()))
+        if (IsInvalidCodePoint(characters[i]))
             text[i] = wxUniChar(0xFFFD);
     return true;
 }
 
 wxString WithoutLeadingBlanks(const wxString& text) {
-    const size_t first = text.find_first_not_of(" \t");
+    const size_t first = text.find_first_not_of(L" \t");
     return first == wxString::npos ? wxString() : text.substr(first);
 }
 
 wxString WithoutTrailingBlanks(const wxString& text) {
-    const size_t last = text.find_last_not_of(" \t");
+    const size_t last = text.find_last_not_of(L" \t");
     return last == wxString::npos ? wxString() : text.substr(0, last + 1);
 }
 
 // Takes a ServerName, ServerAlias or DocumentRoot line; a later line replaces an earlier one.
 bool TakeHostValue(VirtualHostRecord& host, const wxString& line) {
     const Patterns& p = Pattern();
-    const std::pair<const wxRegEx*, wxString VirtualHostRecord::*> values[] = {
+    const std::pair<const LinePattern*, wxString VirtualHostRecord::*> values[] = {
         {&p.serverName, &VirtualHostRecord::ServerName},
         {&p.serverAlias, &VirtualHostRecord::ServerAlias},
         {&p.documentRoot, &VirtualHostRecord::DocumentRoot}};
     for (const auto& [pattern, field] : values)
         if (pattern->Matches(line)) {
-            host.*field = pattern->GetMatch(line, 1);
+            host.*field = pattern->Match(line, 1);
             return true;
         }
     return false;
@@ -79,10 +102,10 @@ bool TakeHostValue(VirtualHostRecord& host, const wxString& line) {
 // "-Indexes" sets Indexes, and "All" sets nothing at all.
 void TakeOptions(DirectoryRecord& directory, const wxString& argument) {
     const wxString words = argument.Lower();
-    directory.FollowSymLinks = words.Contains("followsymlinks");
-    directory.Includes = words.Contains("includes");
-    directory.Indexes = words.Contains("indexes");
-    directory.MultiViews = words.Contains("multiviews");
+    directory.FollowSymLinks = words.Contains(L"followsymlinks");
+    directory.Includes = words.Contains(L"includes");
+    directory.Indexes = words.Contains(L"indexes");
+    directory.MultiViews = words.Contains(L"multiviews");
 }
 
 // The template's lines outside <VirtualHost> blocks, separated by line ends. When the last line
@@ -109,13 +132,13 @@ wxString LinesOutsideBlocks(const wxString& text) {
         }
     }
     if (!lastLine.empty())
-        out += "\n\n";
+        out += L"\n\n";
     return out;
 }
 
-void WriteQuotedValue(const char* directive, const wxString& value, wxString& out) {
+void WriteQuotedValue(const wchar_t* directive, const wxString& value, wxString& out) {
     if (!value.empty())
-        out << '\t' << directive << " \"" << value << "\"\n";
+        out << '\t' << directive << L" \"" << value << L"\"\n";
 }
 
 } // namespace
@@ -161,14 +184,14 @@ bool ReadVirtualHosts(VirtualHostFile& file) {
     wxString text;
     if (!ReadTemplate(file.path, text))
         return false;
-    const wxRegEx& opening = Pattern().blockOpening;
+    const LinePattern& opening = Pattern().blockOpening;
     TextLineReader lines(text);
     while (!lines.AtEnd()) {
         const wxString line = lines.ReadLine();
         if (!opening.Matches(line))
             continue;
         VirtualHostRecord host;
-        host.address = opening.GetMatch(line, 1);
+        host.address = opening.Match(line, 1);
         ReadVirtualHostBlock(host, lines);
         file.hosts.push_back(std::move(host));
     }
@@ -186,11 +209,11 @@ void ReadVirtualHostBlock(VirtualHostRecord& host, TextLineReader& lines) {
         if (TakeHostValue(host, line))
             continue;
         if (p.alias.Matches(line)) {
-            host.aliases.push_back({WithoutTrailingBlanks(p.alias.GetMatch(line, 1)),
-                                    WithoutTrailingBlanks(p.alias.GetMatch(line, 2))});
+            host.aliases.push_back({WithoutTrailingBlanks(p.alias.Match(line, 1)),
+                                    WithoutTrailingBlanks(p.alias.Match(line, 2))});
         } else if (p.directoryOpening.Matches(line)) {
             DirectoryRecord directory;
-            directory.path = WithoutTrailingBlanks(p.directoryOpening.GetMatch(line, 1));
+            directory.path = WithoutTrailingBlanks(p.directoryOpening.Match(line, 1));
             ReadDirectoryBlock(directory, lines);
             host.directories.push_back(std::move(directory));
         } else {
@@ -206,9 +229,9 @@ void ReadDirectoryBlock(DirectoryRecord& directory, TextLineReader& lines) {
         if (p.directoryClosing.Matches(line))
             return;
         if (p.options.Matches(line))
-            TakeOptions(directory, p.options.GetMatch(line, 1));
+            TakeOptions(directory, p.options.Match(line, 1));
         else if (p.allowOverride.Matches(line))
-            directory.AllowOverride = p.allowOverride.GetMatch(line, 1).Lower().Contains("all");
+            directory.AllowOverride = p.allowOverride.Match(line, 1).Lower().Contains(L"all");
         else
             directory.others.push_back(WithoutLeadingBlanks(line));
     }
@@ -225,34 +248,35 @@ bool WriteVirtualHosts(const VirtualHostFile& file) {
 }
 
 void WriteVirtualHostBlock(const VirtualHostRecord& host, wxString& out) {
-    out << "<VirtualHost " << host.address << ">\n";
-    out << "#KOVIX Generate Virtual Host\n";
-    WriteQuotedValue("DocumentRoot", host.DocumentRoot, out);
-    WriteQuotedValue("ServerName", host.ServerName, out);
-    WriteQuotedValue("ServerAlias", host.ServerAlias, out);
+    out << L"<VirtualHost " << host.address << L">\n";
+    out << L"#KOVIX Generate Virtual Host\n";
+    WriteQuotedValue(L"DocumentRoot", host.DocumentRoot, out);
+    WriteQuotedValue(L"ServerName", host.ServerName, out);
+    WriteQuotedValue(L"ServerAlias", host.ServerAlias, out);
     for (const wxString& line : host.others)
         out << '\t' << line << '\n';
     for (const AliasRecord& alias : host.aliases)
-        out << "\tAlias \"" << alias.name << "\" \"" << alias.folder << "\"\n";
+        out << L"\tAlias \"" << alias.name << L"\" \"" << alias.folder << L"\"\n";
     for (const DirectoryRecord& directory : host.directories)
         WriteDirectoryBlock(directory, out);
-    out << "</VirtualHost>\n";
+    out << L"</VirtualHost>\n";
 }
 
 void WriteDirectoryBlock(const DirectoryRecord& directory, wxString& out) {
-    out << "\t<Directory \"" << directory.path << "\">\n";
-    out << (directory.AllowOverride ? "\t\tAllowOverride All\n" : "\t\tAllowOverride None\n");
-    const std::pair<bool, const char*> options[] = {{directory.FollowSymLinks, "FollowSymLinks "},
-                                                    {directory.Includes, "Includes "},
-                                                    {directory.Indexes, "Indexes "},
-                                                    {directory.MultiViews, "MultiViews "}};
+    out << L"\t<Directory \"" << directory.path << L"\">\n";
+    out << (directory.AllowOverride ? L"\t\tAllowOverride All\n" : L"\t\tAllowOverride None\n");
+    const std::pair<bool, const wchar_t*> options[] = {
+        {directory.FollowSymLinks, L"FollowSymLinks "},
+        {directory.Includes, L"Includes "},
+        {directory.Indexes, L"Indexes "},
+        {directory.MultiViews, L"MultiViews "}};
     wxString optionWords;
     for (const auto& [set, word] : options)
         if (set)
             optionWords += word;
     if (!optionWords.empty())
-        out << "\t\tOptions " << optionWords << '\n';
+        out << L"\t\tOptions " << optionWords << '\n';
     for (const wxString& line : directory.others)
-        out << "\t\t" << line << '\n';
-    out << "\t</Directory>\n";
+        out << L"\t\t" << line << '\n';
+    out << L"\t</Directory>\n";
 }

@@ -4,7 +4,7 @@
 
 wxString TextLineReader::ReadLine() {
     const size_t start = position;
-    const size_t end = std::min(text.find_first_of("\r\n", start), text.length());
+    const size_t end = std::min(text.find_first_of(L"\r\n", start), text.length());
     position = end;
     if (position < text.length() && text[position] == '\r')
         ++position;
