@@ -1,0 +1,814 @@
+#include "gui/WinKovix.h"
+
+#include "app/AppSettings.h"
+#include "core/PhpVersions.h"
+#include "core/PortCheck.h"
+#include "gui/Images.h"
+#include "gui/WinPrefs.h"
+#include "gui/WinStats.h"
+#include "gui/WinTaskBarIcon.h"
+#include "lang/LangTable.h"
+#include "net/HostNameLookupThread.h"
+#include "net/VersionCompare.h"
+#include "platform/Platform.h"
+
+#include <wx/bmpbuttn.h>
+#include <wx/button.h>
+#include <wx/choice.h>
+#include <wx/dir.h>
+#include <wx/filename.h>
+#include <wx/hyperlink.h>
+#include <wx/menu.h>
+#include <wx/msgdlg.h>
+#include <wx/panel.h>
+#include <wx/sizer.h>
+#include <wx/spinctrl.h>
+#include <wx/statbmp.h>
+#include <wx/statbox.h>
+#include <wx/stattext.h>
+#include <wx/textctrl.h>
+
+// clang-format off
+wxBEGIN_EVENT_TABLE(WinKovix, wxFrame)
+    EVT_TIMER(wxID_ANY, WinKovix::OnTimer)
+    EVT_BUTTON(WinKovix::ID_BTN_START, WinKovix::OnStart)
+    EVT_BUTTON(WinKovix::ID_BTN_STOP, WinKovix::OnStop)
+    EVT_BUTTON(WinKovix::ID_START_SOLO, WinKovix::OnStartMenu)
+    EVT_BUTTON(WinKovix::ID_STOP_SOLO, WinKovix::OnStopMenu)
+    EVT_MENU(WinKovix::ID_MENU_START_APACHE, WinKovix::OnStartApache)
+    EVT_MENU(WinKovix::ID_MENU_START_MYSQL, WinKovix::OnStartMysql)
+    EVT_MENU(WinKovix::ID_MENU_STOP_APACHE, WinKovix::OnStopApache)
+    EVT_MENU(WinKovix::ID_MENU_STOP_MYSQL, WinKovix::OnStopMysql)
+    EVT_BUTTON(WinKovix::ID_TOOLS_PLUS, WinKovix::OnLogsMenu)
+    EVT_MENU(WinKovix::ID_MENU_LOG_APACHE_ACCESS, WinKovix::OnShowAccessLog)
+    EVT_MENU(WinKovix::ID_MENU_LOG_APACHE_ERROR, WinKovix::OnShowErrorLog)
+    EVT_MENU(WinKovix::ID_MENU_LOG_APACHE_DELETE, WinKovix::OnDeleteApacheLogs)
+    EVT_MENU(WinKovix::ID_MENU_LOG_MYSQL_MAINFILE, WinKovix::OnShowMysqlLog)
+    EVT_MENU(WinKovix::ID_MENU_LOG_MYSQL_DELETE, WinKovix::OnDeleteMysqlLogs)
+    EVT_MENU(WinKovix::ID_MENU_LOG_SESSION_DELETE, WinKovix::OnDeleteSessions)
+    EVT_MENU(WinKovix::ID_MENU_LOG_ALL_DELETE, WinKovix::OnDeleteAll)
+    EVT_CHOICE(WinKovix::ID_PHP_VERSION, WinKovix::OnPhpVersion)
+    EVT_CHOICE(WinKovix::ID_ONLINE_MODE, WinKovix::OnOnlineMode)
+    EVT_SPINCTRL(WinKovix::ID_PORT, WinKovix::OnPort)
+    EVT_BUTTON(WinKovix::ID_PHP_EXT, WinKovix::OnPhpExt)
+    EVT_BUTTON(WinKovix::ID_APACHE_CONF, WinKovix::OnApacheConf)
+    EVT_BUTTON(WinKovix::ID_STATS, WinKovix::OnStats)
+    EVT_BUTTON(WinKovix::ID_EDIT_PHP_FILE, WinKovix::OnEditPhpFile)
+    EVT_BUTTON(WinKovix::ID_EDIT_APACHE_FILE, WinKovix::OnEditApacheFile)
+    EVT_BUTTON(WinKovix::ID_PREFERENCES, WinKovix::OnPreferences)
+    EVT_BUTTON(WinKovix::ID_WWW_SITE, WinKovix::OnWwwSite)
+    EVT_BUTTON(WinKovix::ID_WWW_FOLDER, WinKovix::OnWwwFolder)
+    EVT_BUTTON(WinKovix::ID_PHPMYADMIN, WinKovix::OnPhpMyAdmin)
+    EVT_BUTTON(WinKovix::ID_PHPINFO, WinKovix::OnPhpInfo)
+    EVT_BUTTON(WinKovix::ID_SQLITE, WinKovix::OnSqlite)
+    EVT_HYPERLINK(WinKovix::ID_LINK_KOVIX, WinKovix::OnLink)
+    EVT_HYPERLINK(WinKovix::ID_LINK_AUTHOR, WinKovix::OnLink)
+    EVT_HYPERLINK(WinKovix::ID_UPDATE_LINK, WinKovix::OnLink)
+    EVT_CLOSE(WinKovix::OnClose)
+    EVT_ICONIZE(WinKovix::OnIconize)
+wxEND_EVENT_TABLE()
+    // clang-format on
+
+    namespace {
+
+    const int GAP = 5;
+    const char* const CONSOLE_RULE = "-------------------------------------------------\n\n";
+
+    wxString HostOf(const wxString& url) {
+        return url.AfterFirst('/').AfterFirst('/').BeforeFirst('/');
+    }
+
+    // The paths, after making the first installed PHP version the current one when none is stored:
+    // the servers' template watch must start on the template that will really be used.
+    InstallPaths PathsWithVersion(const wxString& programFolder, AppSettings& settings) {
+        InstallPaths paths(programFolder, settings);
+        PhpVersions::SelectFirstIfUnset(settings, paths);
+        return paths;
+    }
+
+    wxStaticText* MakeLabel(wxWindow * parent, int id, const wxString& label, const wxString& name,
+                            int width = wxDefaultCoord) {
+        return new wxStaticText(parent, id, label, wxDefaultPosition, wxSize(width, wxDefaultCoord),
+                                width == wxDefaultCoord ? 0 : wxST_NO_AUTORESIZE, name);
+    }
+
+    wxButton* MakeButton(wxWindow * parent, int id, const wxString& label, const wxString& name,
+                         const wxBitmap& bitmap, int width = 140) {
+        auto* button = new wxButton(parent, id, label, wxDefaultPosition,
+                                    wxSize(width, wxDefaultCoord), 0, wxDefaultValidator, name);
+        if (bitmap.IsOk())
+            button->SetBitmap(bitmap);
+        return button;
+    }
+
+    wxBitmapButton* MakeBitmapButton(wxWindow * parent, int id, const wxBitmap& bitmap,
+                                     const wxString& name) {
+        return new wxBitmapButton(parent, id, bitmap, wxDefaultPosition, wxDefaultSize,
+                                  wxBU_AUTODRAW, wxDefaultValidator, name);
+    }
+
+    // A processor share as the whole number the status line and the chart show.
+    int CpuShare(double cpu) {
+        return static_cast<std::int16_t>(cpu);
+    }
+
+    wxHyperlinkCtrl* MakeLink(wxWindow * parent, int id, const wxString& label, const wxString& url,
+                              const wxString& name) {
+        return new wxHyperlinkCtrl(parent, id, label, url, wxDefaultPosition, wxDefaultSize,
+                                   wxHL_DEFAULT_STYLE, name);
+    }
+
+} // namespace
+
+WinKovix::WinKovix(const wxString& programFolder, AppSettings& settings)
+    : wxFrame(nullptr, wxID_ANY, "Kovix", wxDefaultPosition, wxDefaultSize,
+              wxCAPTION | wxSYSTEM_MENU | wxMINIMIZE_BOX | wxCLOSE_BOX, "frame"),
+      settings(settings), paths(PathsWithVersion(programFolder, settings)), statusTimer(this),
+      apache(paths), mysql(paths), lookupThread(HostNameLookupThread::Start()) {
+    BuildControls();
+    statusTimer.Start(TICK_MS);
+    AppendConsole(GetLangText("WELCOME_MESSAGE") + "\n" + CONSOLE_RULE);
+    FillPhpVersions();
+    FillOnlineModes();
+    wxCommandEvent choice(wxEVT_CHOICE, ID_PHP_VERSION);
+    OnPhpVersion(choice);
+    ApplyStoredPort();
+    StartOnLaunch();
+    restartState = RESTART_IDLE;
+}
+
+WinKovix::~WinKovix() {
+    statusTimer.Stop();
+    if (trayIcon)
+        trayIcon->RemoveIcon();
+}
+
+// ---------------------------------------------------------------------------------------------
+// Building
+
+void WinKovix::BuildControls() {
+    panel = new wxPanel(this, ID_PANEL, wxDefaultPosition, wxDefaultSize, wxTAB_TRAVERSAL, "panel");
+    auto* rows = new wxBoxSizer(wxVERTICAL);
+    rows->Add(BuildStatusRow(panel), 0, wxEXPAND | wxALL, GAP);
+    auto* middle = new wxBoxSizer(wxHORIZONTAL);
+    middle->Add(BuildConfigurationGroup(panel), 0, wxEXPAND | wxRIGHT, GAP);
+    middle->Add(BuildToolsGroup(panel), 1, wxEXPAND);
+    rows->Add(middle, 0, wxEXPAND | wxLEFT | wxRIGHT, GAP);
+    TextBoxConsole =
+        new wxTextCtrl(panel, ID_CONSOLE, "", wxDefaultPosition, wxSize(-1, 130),
+                       wxTE_MULTILINE | wxTE_READONLY, wxDefaultValidator, "TextBoxConsole");
+    rows->Add(TextBoxConsole, 0, wxEXPAND | wxALL, GAP);
+    rows->Add(BuildInformationRow(panel), 0, wxEXPAND | wxLEFT | wxRIGHT | wxBOTTOM, GAP);
+    panel->SetSizer(rows);
+
+    SetIcons(Images::ProgramIcons());
+    BuildStatsWindow();
+    BuildTrayIcon();
+    SetTitle(wxString("Kovix ") + VERSION);
+    btn_Stop->Disable();
+    WxStaticTextUpdateValue->SetLabel(GetLangText("INFO_SEARCH"));
+    WxStaticTextIPValue->SetLabel(GetLangText("INFO_SEARCH"));
+    ApplyTexts();
+    SetClientSize(rows->ComputeFittingClientSize(this));
+    SetSizeHints(GetSize(), GetSize());
+    Centre(wxBOTH);
+}
+
+wxSizer* WinKovix::BuildStatusRow(wxPanel* parent) {
+    auto* row = new wxBoxSizer(wxHORIZONTAL);
+    row->Add(BuildServerGroup(parent), 0, wxEXPAND | wxRIGHT, GAP);
+    row->Add(BuildStatusGroup(parent), 1, wxEXPAND);
+    return row;
+}
+
+wxSizer* WinKovix::BuildServerGroup(wxPanel* parent) {
+    groupServer = new wxStaticBox(parent, ID_GROUP_SERVER, "Serveur", wxDefaultPosition,
+                                  wxDefaultSize, 0, "groupBox");
+    auto* group = new wxStaticBoxSizer(groupServer, wxVERTICAL);
+    btn_Start = MakeButton(groupServer, ID_BTN_START, "Start", "btn_Start", Images::Start());
+    btn_StartSolo =
+        MakeBitmapButton(groupServer, ID_START_SOLO, Images::StartMenu(), "btn_StartSolo");
+    btn_Stop = MakeButton(groupServer, ID_BTN_STOP, "Stop", "btn_Stop", Images::Stop());
+    btn_StopSolo = MakeBitmapButton(groupServer, ID_STOP_SOLO, Images::StopMenu(), "btn_StopSolo");
+    auto* grid = new wxFlexGridSizer(2, GAP, GAP);
+    grid->Add(btn_Start, 0, wxEXPAND);
+    grid->Add(btn_StartSolo, 0, wxEXPAND);
+    grid->Add(btn_Stop, 0, wxEXPAND);
+    grid->Add(btn_StopSolo, 0, wxEXPAND);
+    group->Add(grid, 0, wxALL, GAP);
+    return group;
+}
+
+wxSizer* WinKovix::BuildStatusGroup(wxPanel* parent) {
+    groupStatus = new wxStaticBox(parent, ID_GROUP_STATUS, "Status", wxDefaultPosition,
+                                  wxDefaultSize, 0, "groupBox");
+    auto* group = new wxStaticBoxSizer(groupStatus, wxHORIZONTAL);
+    auto* logo = new wxStaticBitmap(groupStatus, ID_BITMAP_LOGO, Images::Logo(), wxDefaultPosition,
+                                    wxDefaultSize, 0, "staticBitmap");
+    statusPicture = new wxStaticBitmap(groupStatus, ID_STATUS_PICTURE, Images::StatusStopped(),
+                                       wxDefaultPosition, wxDefaultSize, 0, "staticBitmap");
+    auto* lines = new wxFlexGridSizer(2, GAP, 2 * GAP);
+    lines->Add(MakeLabel(groupStatus, ID_LABEL_APACHE, "Apache :", "WxStaticText1"));
+    staticTextStApache =
+        MakeLabel(groupStatus, ID_STATUS_APACHE, "Get Status...", "staticTextStApache", 170);
+    lines->Add(staticTextStApache);
+    lines->Add(MakeLabel(groupStatus, ID_LABEL_MYSQL, "MySQL :", "WxStaticText2"));
+    staticTextStMySQL =
+        MakeLabel(groupStatus, ID_STATUS_MYSQL, "Get Status...", "staticTextStMySQL", 170);
+    lines->Add(staticTextStMySQL);
+    group->Add(logo, 0, wxALIGN_CENTER_VERTICAL | wxALL, GAP);
+    group->Add(statusPicture, 0, wxALIGN_CENTER_VERTICAL | wxALL, GAP);
+    group->Add(lines, 1, wxALIGN_CENTER_VERTICAL | wxALL, GAP);
+    group->Add(MakeBitmapButton(groupStatus, ID_STATS, Images::Stats(), "btn_Stat"), 0,
+               wxALIGN_CENTER_VERTICAL | wxALL, GAP);
+    return group;
+}
+
+wxSizer* WinKovix::BuildConfigurationGroup(wxPanel* parent) {
+    groupConfiguration = new wxStaticBox(parent, ID_GROUP_CONFIGURATION, "Configuration",
+                                         wxDefaultPosition, wxDefaultSize, 0, "groupBox");
+    wxStaticBox* box = groupConfiguration;
+    auto* group = new wxStaticBoxSizer(box, wxVERTICAL);
+    auto* grid = new wxFlexGridSizer(2, GAP, GAP);
+    grid->AddGrowableCol(1);
+    WxStaticText3 = MakeLabel(box, ID_LABEL_PHP_VERSION, "PHP Version : ", "WxStaticText3");
+    comboPHPVersion = new wxChoice(box, ID_PHP_VERSION, wxDefaultPosition, wxSize(150, -1), {}, 0,
+                                   wxDefaultValidator, "comboPHPVersion");
+    WxStaticText4 = MakeLabel(box, ID_LABEL_PORT, "Apache Port : ", "WxStaticText4");
+    portSpin = new wxSpinCtrl(box, ID_PORT, "80", wxDefaultPosition, wxSize(150, -1),
+                              wxSP_ARROW_KEYS, 0, 80000, 80, "wxSpinCtrl");
+    comboOnlineMode = new wxChoice(box, ID_ONLINE_MODE, wxDefaultPosition, wxSize(150, -1), {}, 0,
+                                   wxDefaultValidator, "comboOnlineMode");
+    btn_PhpExt =
+        MakeButton(box, ID_PHP_EXT, "PHP Extensions", "btn_PhpExt", Images::PhpConfig(), 150);
+    btn_ApacheConf = MakeButton(box, ID_APACHE_CONF, "Apache Config", "btn_ApacheConf",
+                                Images::ApacheConfig(), 150);
+    auto* phpRow = new wxBoxSizer(wxHORIZONTAL);
+    phpRow->Add(btn_PhpExt, 1, wxEXPAND | wxRIGHT, GAP);
+    phpRow->Add(MakeBitmapButton(box, ID_EDIT_PHP_FILE, Images::EditPhpFile(), "btn_ConfigPHPFile"),
+                0, wxEXPAND);
+    auto* apacheRow = new wxBoxSizer(wxHORIZONTAL);
+    apacheRow->Add(btn_ApacheConf, 1, wxEXPAND | wxRIGHT, GAP);
+    apacheRow->Add(MakeBitmapButton(box, ID_EDIT_APACHE_FILE, Images::EditApacheFile(),
+                                    "btn_ConfigApacheFile"),
+                   0, wxEXPAND);
+
+    grid->Add(WxStaticText3, 0, wxALIGN_CENTER_VERTICAL);
+    grid->Add(comboPHPVersion, 0, wxEXPAND);
+    grid->Add(WxStaticText4, 0, wxALIGN_CENTER_VERTICAL);
+    grid->Add(portSpin, 0, wxEXPAND);
+    grid->Add(new wxStaticBitmap(box, ID_BITMAP_GEAR, Images::Gear(), wxDefaultPosition,
+                                 wxDefaultSize, 0, "staticBitmap"),
+              0, wxALIGN_CENTER);
+    grid->Add(comboOnlineMode, 0, wxEXPAND);
+    grid->AddSpacer(0);
+    grid->Add(phpRow, 0, wxEXPAND);
+    grid->AddSpacer(0);
+    grid->Add(apacheRow, 0, wxEXPAND);
+    group->Add(grid, 1, wxEXPAND | wxALL, GAP);
+    return group;
+}
+
+wxSizer* WinKovix::BuildToolsGroup(wxPanel* parent) {
+    groupTools = new wxStaticBox(parent, ID_GROUP_TOOLS, "Tools", wxDefaultPosition, wxDefaultSize,
+                                 0, "groupBox");
+    auto* group = new wxStaticBoxSizer(groupTools, wxHORIZONTAL);
+    auto* tools = new wxPanel(groupTools, ID_PANEL_TOOLS, wxDefaultPosition, wxDefaultSize,
+                              wxTAB_TRAVERSAL, "panel");
+    WxButtonWWW = MakeButton(tools, ID_WWW_SITE, "www Site", "WxButtonWWW", Images::WwwSite());
+    WxButtonWWWF =
+        MakeButton(tools, ID_WWW_FOLDER, "www Folder", "WxButtonWWWF", Images::WwwFolder());
+    WxButtonToolsPlus = MakeBitmapButton(tools, ID_TOOLS_PLUS, Images::Logs(), "WxButtonToolsPlus");
+    auto* grid = new wxFlexGridSizer(2, GAP, GAP);
+    grid->AddGrowableCol(0);
+    grid->AddGrowableCol(1);
+    grid->Add(WxButtonWWW, 0, wxEXPAND);
+    grid->Add(WxButtonWWWF, 0, wxEXPAND);
+    grid->Add(
+        MakeButton(tools, ID_PHPMYADMIN, "PHPMyAdmin", "WxButtonPHPAdmin", Images::PhpMyAdmin()), 0,
+        wxEXPAND);
+    grid->Add(MakeButton(tools, ID_PHPINFO, "PHPInfo", "WxButtonPHPInfo", Images::PhpInfo()), 0,
+              wxEXPAND);
+    grid->Add(MakeButton(tools, ID_SQLITE, "SQLite", "WxButtonSQLite", Images::SQLite()), 0,
+              wxEXPAND);
+    grid->Add(WxButtonToolsPlus, 0, wxALIGN_LEFT);
+    tools->SetSizer(grid);
+    group->Add(new wxStaticBitmap(groupTools, ID_BITMAP_GLOBE, Images::Globe(), wxDefaultPosition,
+                                  wxDefaultSize, 0, "staticBitmap"),
+               0, wxALIGN_TOP | wxALL, GAP);
+    group->Add(tools, 1, wxEXPAND | wxALL, GAP);
+    return group;
+}
+
+wxSizer* WinKovix::BuildInformationRow(wxPanel* parent) {
+    auto* box = new wxStaticBox(parent, ID_GROUP_INFORMATION, "Information", wxDefaultPosition,
+                                wxDefaultSize, 0, "groupBox");
+    auto* group = new wxStaticBoxSizer(box, wxVERTICAL);
+    auto* grid = new wxFlexGridSizer(2, GAP, GAP);
+    WxStaticTextIP = MakeLabel(box, ID_LABEL_IP, "Public IP :", "WxStaticTextIP");
+    WxStaticTextIPValue = MakeLabel(box, ID_IP_VALUE, "Recherche...", "WxStaticTextIPValue");
+    WxStaticTextUpdate =
+        MakeLabel(box, ID_LABEL_UPDATE, wxString::FromUTF8("Mise à jour :"), "WxStaticTextUpdate");
+    WxStaticTextUpdateValue =
+        MakeLabel(box, ID_UPDATE_VALUE, "Recherche...", "WxStaticTextUpdateValue");
+    WxStaticTextUpdateValueLink =
+        MakeLink(box, ID_UPDATE_LINK, "aa", PRODUCT_SITE, "WxStaticTextUpdateValueLink");
+    WxStaticTextUpdateValueLink->Hide();
+    auto* update = new wxBoxSizer(wxHORIZONTAL);
+    update->Add(WxStaticTextUpdateValue);
+    update->Add(WxStaticTextUpdateValueLink);
+    grid->Add(WxStaticTextIP);
+    grid->Add(WxStaticTextIPValue);
+    grid->Add(WxStaticTextUpdate);
+    grid->Add(update);
+    group->Add(grid, 1, wxEXPAND | wxALL, GAP);
+
+    auto* links = new wxPanel(parent, ID_PANEL_LINKS, wxDefaultPosition, wxDefaultSize,
+                              wxTAB_TRAVERSAL, "panel");
+    auto* linkColumn = new wxBoxSizer(wxVERTICAL);
+    linkColumn->Add(
+        MakeLink(links, ID_LINK_KOVIX, HostOf(PRODUCT_SITE), PRODUCT_SITE, "hyperLinkKovix"), 0,
+        wxALIGN_RIGHT | wxBOTTOM, GAP);
+    linkColumn->Add(
+        MakeLink(links, ID_LINK_AUTHOR, HostOf(AUTHOR_SITE), AUTHOR_SITE, "hyperLinkAuthor"), 0,
+        wxALIGN_RIGHT);
+    links->SetSizer(linkColumn);
+    WxButtonPref = MakeButton(parent, ID_PREFERENCES, "Preferences", "WxButtonPref",
+                              Images::Preferences(), 150);
+    auto* side = new wxBoxSizer(wxVERTICAL);
+    side->Add(WxButtonPref, 0, wxALIGN_RIGHT | wxBOTTOM, GAP);
+    side->Add(links, 0, wxALIGN_RIGHT);
+
+    auto* row = new wxBoxSizer(wxHORIZONTAL);
+    row->Add(group, 1, wxEXPAND | wxRIGHT, GAP);
+    row->Add(side, 0, wxALIGN_BOTTOM);
+    return row;
+}
+
+void WinKovix::BuildStatsWindow() {
+    stats = new WinStats(this, &cpuSeries);
+}
+
+void WinKovix::BuildTrayIcon() {
+    trayIcon = std::make_unique<WinTaskBarIcon>(this);
+    trayIcon->SetIcon(Images::TrayIcon(), "Kovix");
+}
+
+void WinKovix::FillPhpVersions() {
+    const wxString current = settings.GetPhpVersion();
+    for (const wxString& version : PhpVersions::List(paths))
+        comboPHPVersion->Append(version);
+    const int index = comboPHPVersion->FindString(current, true);
+    comboPHPVersion->SetSelection(index == wxNOT_FOUND ? 0 : index);
+}
+
+void WinKovix::FillOnlineModes() {
+    comboOnlineMode->Append("Offline Mode");
+    comboOnlineMode->Append("Online Mode");
+    comboOnlineMode->SetSelection(settings.IsOnline() ? 1 : 0);
+}
+
+void WinKovix::ApplyStoredPort() {
+    portSpin->SetValue(settings.GetPort());
+    settings.SetPort(portSpin->GetValue());
+}
+
+void WinKovix::StartOnLaunch() {
+    if (settings.GetStartServersOnStart() && !IsApacheRunning() && !IsMysqlRunning())
+        StartBoth();
+}
+
+void WinKovix::ApplyTexts() {
+    btn_Start->SetLabel(GetLangText("START"));
+    btn_Stop->SetLabel(GetLangText("STOP"));
+    groupStatus->SetLabel(GetLangText("STATUS"));
+    groupServer->SetLabel(GetLangText("SERVER"));
+    groupTools->SetLabel(GetLangText("TOOLS"));
+    groupConfiguration->SetLabel(GetLangText("CONFIGURATION"));
+    WxButtonPref->SetLabel(GetLangText("PREFERENCES"));
+    staticTextStApache->SetLabel(GetLangText("GET_STATUS"));
+    staticTextStMySQL->SetLabel(GetLangText("GET_STATUS"));
+    WxStaticTextIP->SetLabel(GetLangText("INFO_PUBLICIP"));
+    WxStaticTextUpdate->SetLabel(GetLangText("INFO_UPDATE"));
+    WxButtonWWW->SetLabel(GetLangText("WWW_SITE"));
+    WxButtonWWWF->SetLabel(GetLangText("WWW_FODLER"));
+    WxStaticText4->SetLabel(GetLangText("APACHE_PORT2"));
+    WxStaticText3->SetLabel(GetLangText("PHP_VERSION2"));
+    btn_ApacheConf->SetLabel(GetLangText("APACHE_CONFIG"));
+    btn_PhpExt->SetLabel(GetLangText("PHP_CONFIG"));
+    panel->Layout();
+}
+
+void WinKovix::AppendConsole(const wxString& text) {
+    TextBoxConsole->AppendText(text);
+    TextBoxConsole->ShowPosition(TextBoxConsole->GetLastPosition());
+}
+
+void WinKovix::ShowInformation(const wxString& publicIp, const wxString& latestVersion,
+                               bool newer) {
+    WxStaticTextIPValue->SetLabel(publicIp.empty() ? GetLangText("INFO_PUBLICIP_NO") : publicIp);
+    if (!newer) {
+        WxStaticTextUpdateValue->SetLabel(GetLangText("INFO_UPDATE_NO") + " ( " + VERSION + " )");
+    } else {
+        WxStaticTextUpdateValue->Hide();
+        WxStaticTextUpdateValueLink->SetLabel(GetLangText("INFO_UPDATE_AVAILABLE") + " ( " +
+                                              latestVersion + " )");
+        WxStaticTextUpdateValueLink->SetURL(PRODUCT_SITE);
+        WxStaticTextUpdateValueLink->Show();
+    }
+    panel->Layout();
+}
+
+// ---------------------------------------------------------------------------------------------
+// Server commands
+
+bool WinKovix::IsApacheRunning() const {
+    return apache.IsRunning();
+}
+
+bool WinKovix::IsMysqlRunning() const {
+    return mysql.IsRunning();
+}
+
+void WinKovix::StartBoth() {
+    StartApacheChecked(true);
+}
+
+void WinKovix::StartApacheOnly() {
+    StartApacheChecked(false);
+}
+
+// The start shared by "start both" and "start Apache": refused while another start runs; the
+// port is tested first, and MySQL follows only a successful Apache start.
+void WinKovix::StartApacheChecked(bool thenMysql) {
+    if (busy)
+        return;
+    restartState = RESTART_IDLE;
+    busy = true;
+    btn_Start->Disable();
+    if (!PortCheck::IsPortFree(settings.GetPort())) {
+        AppendConsole(PortCheck::PortHolderLine(settings.GetPort()) + "\n");
+        wxMessageBox(PortCheck::PortTakenMessage(settings), "Kovix", wxOK, this);
+    } else if (apache.Start() && thenMysql) {
+        mysql.Start();
+    }
+    busy = false;
+}
+
+void WinKovix::StartMysqlOnly() {
+    restartState = RESTART_IDLE;
+    if (!IsMysqlRunning())
+        mysql.Start();
+}
+
+void WinKovix::StopBoth() {
+    restartState = RESTART_IDLE;
+    if (IsApacheRunning())
+        apache.Stop();
+    if (IsMysqlRunning())
+        mysql.Stop();
+}
+
+void WinKovix::StopApacheOnly() {
+    restartState = RESTART_IDLE;
+    if (IsApacheRunning())
+        apache.Stop();
+}
+
+void WinKovix::StopMysqlOnly() {
+    restartState = RESTART_IDLE;
+    if (IsMysqlRunning())
+        mysql.Stop();
+}
+
+// ---------------------------------------------------------------------------------------------
+// Status loop
+
+void WinKovix::StatusTick() {
+    if (busy)
+        return;
+    AppendServerOutput();
+    const bool apacheRuns = IsApacheRunning();
+    const bool mysqlRuns = IsMysqlRunning();
+    ShowServerState(apacheRuns, mysqlRuns);
+    WatchTemplates();
+    StepRestartMachine(apacheRuns, mysqlRuns);
+    UpdateInformation();
+}
+
+void WinKovix::AppendServerOutput() {
+    for (const wxString& output : {apache.ReadOutput(), mysql.ReadOutput()}) {
+        if (!output.empty())
+            AppendConsole(output);
+    }
+}
+
+wxString WinKovix::StateText(bool runs, double cpu) const {
+    if (!runs)
+        return GetLangText("STOPPED");
+    return GetLangText("RUNNING") + wxString::Format(" - CPU: %d%%", CpuShare(cpu));
+}
+
+void WinKovix::ShowServerState(bool apacheRuns, bool mysqlRuns) {
+    const double apacheCpu = apacheRuns ? apache.CpuUse() : 0;
+    const double mysqlCpu = mysqlRuns ? mysql.CpuUse() : 0;
+    staticTextStApache->SetLabel(StateText(apacheRuns, apacheCpu));
+    staticTextStMySQL->SetLabel(StateText(mysqlRuns, mysqlCpu));
+    if (apacheRuns || mysqlRuns)
+        FeedChart(CpuShare(apacheCpu), CpuShare(mysqlCpu));
+    btn_Start->Enable(!apacheRuns && !mysqlRuns);
+    btn_Stop->Enable(apacheRuns || mysqlRuns);
+    statusPicture->SetBitmap(apacheRuns || mysqlRuns ? Images::StatusRunning()
+                                                     : Images::StatusStopped());
+}
+
+void WinKovix::FeedChart(int apacheShare, int mysqlShare) {
+    cpuSeries[0].Add(apacheShare);
+    cpuSeries[1].Add(mysqlShare);
+    cpuSeries[2].Add(apacheShare + mysqlShare);
+    stats->SeriesChanged();
+}
+
+// Only the Apache and PHP templates are watched: they are what the Apache start regenerates.
+void WinKovix::WatchTemplates() {
+    if (settings.GetAutoRestart() && (apache.HasSourceChanged() || apache.HasPhpSourceChanged()) &&
+        restartState == RESTART_IDLE)
+        restartState = RESTART_PENDING;
+}
+
+void WinKovix::StepRestartMachine(bool apacheRuns, bool mysqlRuns) {
+    if (apacheRuns || mysqlRuns) {
+        if (restartState == RESTART_PENDING) {
+            apache.Stop();
+            mysql.Stop();
+            restartState = RESTART_STOPPED;
+        }
+    } else if (restartState == RESTART_STOPPED) {
+        apache.Start();
+        mysql.Start();
+        restartState = RESTART_IDLE;
+    } else if (restartState == RESTART_PENDING) {
+        restartState = RESTART_IDLE;
+    }
+}
+
+// Fills the information panel once, on the first tick after the network lookup has its answers.
+void WinKovix::UpdateInformation() {
+    if (infoPending != 1 || !lookupThread->IsResolved())
+        return;
+    infoPending = 0;
+    const wxString latest = lookupThread->LatestVersion();
+    ShowInformation(lookupThread->PublicIp(), latest, CompareVersions(VERSION, latest) > 0);
+}
+
+void WinKovix::MarkRestart() {
+    if (restartState == RESTART_IDLE)
+        restartState = RESTART_PENDING;
+}
+
+// ---------------------------------------------------------------------------------------------
+// Menus and files
+
+wxMenu* WinKovix::BuildStartMenu() const {
+    auto* menu = new wxMenu;
+    menu->Append(ID_MENU_START_APACHE, GetLangText("START_APACHE"))->Enable(!IsApacheRunning());
+    menu->Append(ID_MENU_START_MYSQL, GetLangText("START_MYSQL"))->Enable(!IsMysqlRunning());
+    return menu;
+}
+
+wxMenu* WinKovix::BuildStopMenu() const {
+    auto* menu = new wxMenu;
+    menu->Append(ID_MENU_STOP_APACHE, GetLangText("STOP_APACHE"))->Enable(IsApacheRunning());
+    menu->Append(ID_MENU_STOP_MYSQL, GetLangText("STOP_MYSQL"))->Enable(IsMysqlRunning());
+    return menu;
+}
+
+wxMenu* WinKovix::BuildLogsMenu() const {
+    auto* menu = new wxMenu;
+    menu->Append(ID_MENU_LOG_APACHE_ACCESS, GetLangText("LOG_APACHE_ACCESS"))
+        ->Enable(wxFileExists(paths.ApacheAccessLog()));
+    menu->Append(ID_MENU_LOG_APACHE_ERROR, GetLangText("LOG_APACHE_ERROR"))
+        ->Enable(wxFileExists(paths.ApacheErrorLog()));
+    menu->Append(ID_MENU_LOG_APACHE_DELETE, GetLangText("LOG_APACHE_DELETE"));
+    menu->AppendSeparator();
+    menu->Append(ID_MENU_LOG_MYSQL_MAINFILE, GetLangText("LOG_MYSQL_MAINFILE"))
+        ->Enable(!MysqlErrorFile().empty());
+    menu->Append(ID_MENU_LOG_MYSQL_DELETE, GetLangText("LOG_MYSQL_DELETE"));
+    menu->AppendSeparator();
+    menu->Append(ID_MENU_LOG_SESSION_DELETE, GetLangText("LOG_SESSION_DELETE"));
+    menu->AppendSeparator();
+    menu->Append(ID_MENU_LOG_ALL_DELETE, GetLangText("LOG_ALL_DELETE"));
+    return menu;
+}
+
+// Pops the menu up at the mouse, over the button just clicked, and discards it.
+void WinKovix::PopupAndDiscard(wxMenu* menu) {
+    PopupMenu(menu);
+    delete menu;
+}
+
+// The first "*.err" file of the MySQL data folder, or "" when there is none.
+wxString WinKovix::MysqlErrorFile() const {
+    wxDir dir;
+    wxString name;
+    const wxString folder = paths.MysqlDataFolder();
+    if (!wxDir::Exists(folder) || !dir.Open(folder) || !dir.GetFirst(&name, "*.err", wxDIR_FILES))
+        return wxString();
+    return folder + "/" + name;
+}
+
+void WinKovix::ShowFile(const wxString& path) {
+    Platform::Get().OpenProgram(settings.GetTextEditor(), path);
+}
+
+void WinKovix::RunLogAction(Cleanup::LogAction action) {
+    const wxString refusal = Cleanup::RefusalKey(action, IsApacheRunning(), IsMysqlRunning());
+    if (refusal.empty())
+        Cleanup::Run(action, paths);
+    else
+        wxMessageBox(GetLangText(refusal), "Kovix", wxOK, this);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Tools and windows
+
+void WinKovix::OpenLocalSite() {
+    Platform::Get().OpenUrl(paths.LocalSiteUrl());
+}
+
+void WinKovix::OpenWwwFolder() {
+    Platform::Get().OpenFolder(paths.WwwFolder());
+}
+
+void WinKovix::OpenPhpMyAdmin() {
+    Platform::Get().OpenUrl(paths.PhpMyAdminUrl());
+}
+
+void WinKovix::OpenPhpInfo() {
+    Platform::Get().OpenUrl(paths.PhpInfoUrl());
+}
+
+void WinKovix::OpenSqliteBrowser() {
+    Platform::Get().OpenProgram(paths.SqliteBrowser(), "");
+}
+
+void WinKovix::ShowOrHide() {
+    if (IsShown()) {
+        Hide();
+        return;
+    }
+    Show();
+    Restore();
+    Raise();
+}
+
+void WinKovix::ShowFromTray() {
+    Show();
+    Restore();
+}
+
+// The Apache and PHP configuration dialogs open here once they exist.
+void WinKovix::OpenApacheDialog() {}
+void WinKovix::OpenPhpDialog() {}
+
+// ---------------------------------------------------------------------------------------------
+// Event handlers
+
+void WinKovix::OnTimer(wxTimerEvent&) {
+    StatusTick();
+}
+void WinKovix::OnStart(wxCommandEvent&) {
+    StartBoth();
+}
+void WinKovix::OnStop(wxCommandEvent&) {
+    StopBoth();
+}
+void WinKovix::OnStartMenu(wxCommandEvent&) {
+    PopupAndDiscard(BuildStartMenu());
+}
+void WinKovix::OnStopMenu(wxCommandEvent&) {
+    PopupAndDiscard(BuildStopMenu());
+}
+void WinKovix::OnStartApache(wxCommandEvent&) {
+    StartApacheOnly();
+}
+void WinKovix::OnStartMysql(wxCommandEvent&) {
+    StartMysqlOnly();
+}
+void WinKovix::OnStopApache(wxCommandEvent&) {
+    StopApacheOnly();
+}
+void WinKovix::OnStopMysql(wxCommandEvent&) {
+    StopMysqlOnly();
+}
+void WinKovix::OnLogsMenu(wxCommandEvent&) {
+    PopupAndDiscard(BuildLogsMenu());
+}
+void WinKovix::OnShowAccessLog(wxCommandEvent&) {
+    ShowFile(paths.ApacheAccessLog());
+}
+void WinKovix::OnShowErrorLog(wxCommandEvent&) {
+    ShowFile(paths.ApacheErrorLog());
+}
+void WinKovix::OnShowMysqlLog(wxCommandEvent&) {
+    ShowFile(MysqlErrorFile());
+}
+void WinKovix::OnDeleteApacheLogs(wxCommandEvent&) {
+    RunLogAction(Cleanup::LogAction::ApacheLogs);
+}
+void WinKovix::OnDeleteMysqlLogs(wxCommandEvent&) {
+    RunLogAction(Cleanup::LogAction::MysqlLogs);
+}
+void WinKovix::OnDeleteSessions(wxCommandEvent&) {
+    RunLogAction(Cleanup::LogAction::Sessions);
+}
+void WinKovix::OnDeleteAll(wxCommandEvent&) {
+    RunLogAction(Cleanup::LogAction::All);
+}
+
+void WinKovix::OnPhpVersion(wxCommandEvent&) {
+    settings.SetPhpVersion(comboPHPVersion->GetStringSelection());
+    if (firstPhpEvent)
+        firstPhpEvent = false;
+    else
+        MarkRestart();
+}
+
+void WinKovix::OnOnlineMode(wxCommandEvent&) {
+    settings.SetOnline(comboOnlineMode->GetSelection() == 1);
+    MarkRestart();
+}
+
+void WinKovix::OnPort(wxSpinEvent&) {
+    settings.SetPort(portSpin->GetValue());
+}
+
+void WinKovix::OnPhpExt(wxCommandEvent&) {
+    OpenPhpDialog();
+}
+void WinKovix::OnApacheConf(wxCommandEvent&) {
+    OpenApacheDialog();
+}
+
+void WinKovix::OnStats(wxCommandEvent&) {
+    stats->Show();
+    stats->Raise();
+}
+
+void WinKovix::OnEditPhpFile(wxCommandEvent&) {
+    ShowFile(paths.PhpSourceConfig());
+}
+void WinKovix::OnEditApacheFile(wxCommandEvent&) {
+    ShowFile(paths.ApacheSourceConfig());
+}
+
+void WinKovix::OnPreferences(wxCommandEvent&) {
+    WinPrefs prefs(this, settings, paths.SettingsFile());
+    prefs.ShowModal();
+    ApplyTexts();
+    stats->ApplyTexts();
+}
+
+void WinKovix::OnWwwSite(wxCommandEvent&) {
+    OpenLocalSite();
+}
+void WinKovix::OnWwwFolder(wxCommandEvent&) {
+    OpenWwwFolder();
+}
+void WinKovix::OnPhpMyAdmin(wxCommandEvent&) {
+    OpenPhpMyAdmin();
+}
+void WinKovix::OnPhpInfo(wxCommandEvent&) {
+    OpenPhpInfo();
+}
+void WinKovix::OnSqlite(wxCommandEvent&) {
+    OpenSqliteBrowser();
+}
+
+void WinKovix::OnLink(wxHyperlinkEvent& event) {
+    Platform::Get().OpenUrl(event.GetURL());
+}
+
+void WinKovix::OnClose(wxCloseEvent&) {
+    if (IsApacheRunning() || IsMysqlRunning()) {
+        const int answer =
+            wxMessageBox(GetLangText("STOPSERVER_MESSAGE"), "Kovix", wxYES_NO | wxCANCEL, this);
+        if (answer == wxCANCEL)
+            return;
+        if (answer == wxYES) {
+            Hide();
+            apache.Stop();
+            mysql.Stop();
+        }
+    }
+    Hide();
+    Destroy();
+}
+
+// Only a minimise hides the window (GTK also reports the restore), and only into a tray that
+// exists: without one the window would be unreachable.
+void WinKovix::OnIconize(wxIconizeEvent& event) {
+    if (event.IsIconized() && WinTaskBarIcon::IsAvailable())
+        Hide();
+    event.Skip();
+}

@@ -1,0 +1,31 @@
+#include "support/SmallTree.h"
+
+#include "support/TreeFiles.h"
+
+#include <wx/utils.h>
+
+namespace {
+const char* const ScopeVariable = "KOVIX_PROCESS_SCOPE";
+}
+
+SmallTree::SmallTree() : dir("kovix-small") {
+    const wxString& root = dir.Path();
+    WriteTreeFile(root, "apache/conf/httpd_source.conf", "Listen {APACHE_PORT}\n");
+    WriteTreeFile(root, "apache/php_8.2/php_source.ini", "extension=php_gd.so\n");
+    WriteTreeFile(root, "apache/php_7.4/php_source.ini", "extension=php_gd.so\n");
+    WriteTreeFile(root, "apache/logs/access.log", "GET /\n");
+    WriteTreeFile(root, "apache/logs/error.log", "notice\n");
+    WriteTreeFile(root, "apache/sessions/sess_1", "a|s:1:\"b\";\n");
+    WriteTreeFile(root, "mysql/my_source.ini", "[mysqld]\n");
+    WriteTreeFile(root, "mysql/data/mysql.err", "ready\n");
+    WriteTreeFile(root, "www/index.php", "<?php\n");
+    hadScope = wxGetEnv(ScopeVariable, &previousScope);
+    wxSetEnv(ScopeVariable, root);
+}
+
+SmallTree::~SmallTree() {
+    if (hadScope)
+        wxSetEnv(ScopeVariable, previousScope);
+    else
+        wxUnsetEnv(ScopeVariable);
+}
