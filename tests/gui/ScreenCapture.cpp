@@ -1,0 +1,58 @@
+#include "gui/ScreenCapture.h"
+
+#include "gui/GuiWait.h"
+
+#include "platform/Platform.h"
+#include "support/TempDir.h"
+
+#include <wx/filefn.h>
+#include <wx/utils.h>
+#include <wx/window.h>
+
+PaintWatch::PaintWatch(wxWindow& window) : window(window) {
+    Bind(wxEVT_PAINT, [this](wxPaintEvent& event) {
+        painted = true;
+        event.Skip();
+    });
+    window.PushEventHandler(this);
+}
+
+PaintWatch::~PaintWatch() {
+    window.PopEventHandler();
+}
+
+bool PaintWatch::Wait(int timeoutMs) {
+    const bool seen = WaitFor([this] { return painted; }, timeoutMs);
+    WaitFor([] { return false; }, 50);
+    return seen;
+}
+
+bool WaitForPaint(wxWindow& window, int timeoutMs) {
+    PaintWatch watch(window);
+    window.Refresh();
+    return watch.Wait(timeoutMs);
+}
+
+wxImage CaptureScreen(const wxRect& rect) {
+    // ImageMagick reads the X server itself (an in-process wxScreenDC capture keeps returning the
+    // first picture it took). No event is handled meanwhile, so the picture shows exactly what
+    // the program had drawn when it asked.
+    TempDir folder("kovix-capture");
+    const wxString file = folder.File("capture.png");
+    ChildSpec spec;
+    spec.commandLine = wxString::Format("import -window root -crop %dx%d+%d+%d +repage \"%s\"",
+                                        rect.width, rect.height, rect.x, rect.y, file);
+    std::unique_ptr<ChildProcess> child = Platform::Get().StartHidden(spec);
+    wxImage image;
+    if (!child)
+        return image;
+    while (child->IsActive())
+        wxMilliSleep(5);
+    if (wxFileExists(file))
+        image.LoadFile(file, wxBITMAP_TYPE_PNG);
+    return image;
+}
+
+wxImage CaptureWindow(const wxWindow& window) {
+    return CaptureScreen(window.GetScreenRect());
+}
