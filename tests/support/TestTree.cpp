@@ -7,8 +7,10 @@
 #include <algorithm>
 #include <arpa/inet.h>
 #include <chrono>
+#include <cstdio>
 #include <cstdlib>
 #include <dirent.h>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <netinet/in.h>
@@ -16,6 +18,7 @@
 #include <signal.h>
 #include <sstream>
 #include <stdexcept>
+#include <sys/file.h>
 #include <sys/prctl.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
@@ -38,36 +41,69 @@ std::string MakeTempFolder(const char* prefix) {
     return pattern;
 }
 
-// The tree assembled once per program, removed when the program ends; each TestTree copies it.
-struct AssembledTree {
-    std::string folder;
-    std::string tree;
+// FNV-1a of the assembler and of every file of stack/ (names and bytes): a tree assembled from
+// other templates is another tree.
+std::string ContentKey(const wxString& sourceDir) {
+    const std::filesystem::path source = sourceDir.utf8_string();
+    std::vector<std::filesystem::path> files{source / "scripts/assemble-tree.sh"};
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(source / "stack"))
+        if (entry.is_regular_file())
+            files.push_back(entry.path());
+    std::sort(files.begin(), files.end());
+    std::uint64_t hash = 14695981039346656037ull;
+    auto add = [&hash](const std::string& bytes) {
+        for (unsigned char byte : bytes)
+            hash = (hash ^ byte) * 1099511628211ull;
+    };
+    for (const auto& file : files) {
+        add(file.string());
+        std::ifstream in(file, std::ios::binary);
+        add(std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()));
+    }
+    char text[17];
+    std::snprintf(text, sizeof text, "%016llx", static_cast<unsigned long long>(hash));
+    return text;
+}
 
-    explicit AssembledTree(const wxString& sourceDir)
-        : folder(MakeTempFolder("kovix-assembled")), tree(folder + "/tree") {
+// An exclusive lock on a file, held while it lives.
+class FileLock {
+public:
+    explicit FileLock(const std::string& path)
+        : fd(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600)) {
+        if (fd < 0 || flock(fd, LOCK_EX) != 0)
+            throw std::runtime_error("cannot lock " + path);
+    }
+    ~FileLock() { close(fd); }
+
+private:
+    int fd;
+};
+
+// The assembled trees are kept between test programs (ctest runs each test as a program of its
+// own) in one folder of the system's temporary folder, one tree per content key; a tree of an
+// older key is removed when a new one is made. The lock makes programs running at once assemble
+// only once, and keeps a tree from being replaced while it is copied.
+void CopyAssembledTree(const wxString& sourceDir, const wxString& to) {
+    const std::string cache = std::filesystem::temp_directory_path().string() +
+                              "/kovix-test-trees-" + std::to_string(getuid());
+    std::filesystem::create_directories(cache);
+    FileLock lock(cache + "/lock");
+    const std::string tree = cache + "/tree-" + ContentKey(sourceDir);
+    if (!std::filesystem::exists(tree + ".ready")) {
+        for (const auto& entry : std::filesystem::directory_iterator(cache))
+            if (entry.path().filename().string().rfind("tree-", 0) == 0)
+                std::filesystem::remove_all(entry.path());
         CommandResult result =
             RunCommand({"bash", sourceDir + "/scripts/assemble-tree.sh", wxString::FromUTF8(tree)});
         if (result.exitCode != 0) {
-            Remove();
+            std::filesystem::remove_all(tree);
             throw std::runtime_error("assemble-tree.sh failed:\n" + result.err.utf8_string());
         }
+        std::ofstream(tree + ".ready").put('\n');
     }
-    ~AssembledTree() { Remove(); }
-    void Remove() {
-        std::error_code ignored;
-        std::filesystem::remove_all(folder, ignored);
-    }
-};
-
-const std::string& AssembledTreeFolder(const wxString& sourceDir) {
-    static AssembledTree assembled(sourceDir);
-    return assembled.tree;
-}
-
-void CopyTree(const std::string& from, const wxString& to) {
-    CommandResult result = RunCommand({"cp", "-a", wxString::FromUTF8(from), to});
-    if (result.exitCode != 0)
-        throw std::runtime_error("cannot copy the test tree: " + result.err.utf8_string());
+    CommandResult copy = RunCommand({"cp", "-a", wxString::FromUTF8(tree), to});
+    if (copy.exitCode != 0)
+        throw std::runtime_error("cannot copy the test tree: " + copy.err.utf8_string());
 }
 
 void SetMysqlPort(const wxString& root, int port) {
@@ -128,10 +164,14 @@ bool IsServerName(const std::string& comm) {
 } // namespace
 
 TestTree::TestTree(const wxString& sourceDir) {
-    const std::string& assembled = AssembledTreeFolder(sourceDir);
     folder = wxString::FromUTF8(MakeTempFolder("kovix-test"));
     root = folder + "/" + TreeFolderName;
-    CopyTree(assembled, root);
+    try {
+        CopyAssembledTree(sourceDir, root);
+    } catch (...) {
+        std::filesystem::remove_all(folder.utf8_string());
+        throw;
+    }
     apachePort = FreePort();
     do
         mysqlPort = FreePort();

@@ -6,10 +6,12 @@
 
 #include <vector>
 
-// A Kovix tree with the real servers for integration tests: assembled once per test program by
-// scripts/assemble-tree.sh, then copied afresh for each TestTree into a temporary folder whose
-// path contains a blank. Apache and MySQL get free loopback ports (kovix.ini APACHE_PORT, the
-// port lines of mysql/my_source.ini); the PHP version is the first installed one.
+// A Kovix tree with the real servers for integration tests: assembled by scripts/assemble-tree.sh
+// once for the current content of the assembler and stack/ (kept between test programs in
+// kovix-test-trees-<uid> of the system's temporary folder), then copied afresh for each TestTree
+// into a temporary folder whose path contains a blank. Apache and MySQL get free loopback ports
+// (kovix.ini APACHE_PORT, the port lines of mysql/my_source.ini); the PHP version is the first
+// installed one.
 //
 // While a TestTree lives, KOVIX_PROCESS_SCOPE names its root, so the panel's process lookups (in
 // this process and in the kovixctl it runs) see and stop only this tree's servers, and this
