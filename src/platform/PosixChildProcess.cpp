@@ -78,6 +78,11 @@ void CloseOtherDescriptors(int keep) {
 [[noreturn]] void ExecChild(const char* folder, char** argv, char** envp, int input, int output,
                             int status) {
     setsid();
+    // Dispositions the panel ignores would survive the exec (a server ignoring SIGCHLD cannot
+    // wait for its own children).
+    for (int signalNumber = 1; signalNumber < NSIG; ++signalNumber)
+        if (signalNumber != SIGKILL && signalNumber != SIGSTOP)
+            signal(signalNumber, SIG_DFL);
     signal(SIGPIPE, SIG_IGN);
     sigset_t none;
     sigemptyset(&none);
