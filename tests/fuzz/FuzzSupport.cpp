@@ -8,6 +8,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
@@ -23,7 +24,8 @@ void AbortOnAssert(const wxString& file, int line, const wxString& function,
 }
 
 void RemoveScratchFolder() {
-    wxFileName::Rmdir(FuzzSupport::ScratchFolder(), wxPATH_RMDIR_RECURSIVE);
+    std::error_code ignored;
+    std::filesystem::remove_all(FuzzSupport::ScratchFolder().utf8_string(), ignored);
 }
 
 } // namespace
@@ -41,13 +43,14 @@ extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv) {
 namespace FuzzSupport {
 
 const wxString& ScratchFolder() {
-    static const wxString folder = [] {
+    // Never destroyed: the exit handler that removes the folder runs after static destructors.
+    static const wxString* const folder = [] {
         std::string pattern = (wxFileName::GetTempDir() + "/kovix-fuzz-XXXXXX").utf8_string();
         if (!mkdtemp(pattern.data()))
             Fail("cannot create a scratch folder");
-        return wxString::FromUTF8(pattern);
+        return new wxString(wxString::FromUTF8(pattern));
     }();
-    return folder;
+    return *folder;
 }
 
 void WriteFile(const wxString& path, const uint8_t* data, size_t size) {
