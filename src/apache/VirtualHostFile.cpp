@@ -110,7 +110,9 @@ void TakeOptions(DirectoryRecord& directory, const wxString& argument) {
 
 // The template's lines outside <VirtualHost> blocks, separated by line ends. When the last line
 // read is not empty, two line ends finish the last copied line and leave a blank line before the
-// blocks; so each save adds a blank line there, as the previous blank line is copied too.
+// blocks; so each save adds a blank line there, as the previous blank line is copied too. When
+// the last line read is an empty one inside an unclosed block, the first block that follows
+// starts on the last copied line.
 wxString LinesOutsideBlocks(const wxString& text) {
     const Patterns& p = Pattern();
     TextLineReader lines(text);

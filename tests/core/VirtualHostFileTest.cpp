@@ -212,6 +212,11 @@ TEST_F(VirtualHostFileTest, UnclosedBlocksRunOn) {
                                     "\tServerName \"a.local\"\n"
                                     "\t<VirtualHost b>\n\tListen 81\n</VirtualHost>\n");
 
+    // Ending in an empty line, the unclosed block leaves the last copied line without its end.
+    const std::string glued = Resave("Listen 80\n<VirtualHost a>\nServerName a.local\n\n");
+    EXPECT_EQ(glued.substr(0, 26), "Listen 80<VirtualHost a>\n#");
+    EXPECT_EQ(Read(glued).hosts.at(0).ServerName, "a.local");
+
     // The directory swallows the host's closing line and the next host's opening, up to the
     // next directory closing tag; the first host then runs on to the next closing line.
     const std::string unclosedDirectory = "<VirtualHost a>\n"
