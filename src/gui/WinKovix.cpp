@@ -28,7 +28,6 @@
 #include <wx/stattext.h>
 #include <wx/textctrl.h>
 
-// clang-format off
 wxBEGIN_EVENT_TABLE(WinKovix, wxFrame)
     EVT_TIMER(wxID_ANY, WinKovix::OnTimer)
     EVT_BUTTON(WinKovix::ID_BTN_START, WinKovix::OnStart)
@@ -67,56 +66,55 @@ wxBEGIN_EVENT_TABLE(WinKovix, wxFrame)
     EVT_CLOSE(WinKovix::OnClose)
     EVT_ICONIZE(WinKovix::OnIconize)
 wxEND_EVENT_TABLE()
-    // clang-format on
 
-    namespace {
+namespace {
 
-    const int GAP = 5;
-    const char* const CONSOLE_RULE = "-------------------------------------------------\n\n";
+const int GAP = 5;
+const char* const CONSOLE_RULE = "-------------------------------------------------\n\n";
 
-    wxString HostOf(const wxString& url) {
-        return url.AfterFirst('/').AfterFirst('/').BeforeFirst('/');
-    }
+wxString HostOf(const wxString& url) {
+    return url.AfterFirst('/').AfterFirst('/').BeforeFirst('/');
+}
 
-    // The paths, after making the first installed PHP version the current one when none is stored:
-    // the servers' template watch must start on the template that will really be used.
-    InstallPaths PathsWithVersion(const wxString& programFolder, AppSettings& settings) {
-        InstallPaths paths(programFolder, settings);
-        PhpVersions::SelectFirstIfUnset(settings, paths);
-        return paths;
-    }
+// The paths, after making the first installed PHP version the current one when none is stored:
+// the servers' template watch must start on the template that will really be used.
+InstallPaths PathsWithVersion(const wxString& programFolder, AppSettings& settings) {
+    InstallPaths paths(programFolder, settings);
+    PhpVersions::SelectFirstIfUnset(settings, paths);
+    return paths;
+}
 
-    wxStaticText* MakeLabel(wxWindow * parent, int id, const wxString& label, const wxString& name,
-                            int width = wxDefaultCoord) {
-        return new wxStaticText(parent, id, label, wxDefaultPosition, wxSize(width, wxDefaultCoord),
-                                width == wxDefaultCoord ? 0 : wxST_NO_AUTORESIZE, name);
-    }
+wxStaticText* MakeLabel(wxWindow* parent, int id, const wxString& label, const wxString& name,
+                        int width = wxDefaultCoord) {
+    return new wxStaticText(parent, id, label, wxDefaultPosition, wxSize(width, wxDefaultCoord),
+                            width == wxDefaultCoord ? 0 : wxST_NO_AUTORESIZE, name);
+}
 
-    wxButton* MakeButton(wxWindow * parent, int id, const wxString& label, const wxString& name,
-                         const wxBitmap& bitmap, int width = 140) {
-        auto* button = new wxButton(parent, id, label, wxDefaultPosition,
-                                    wxSize(width, wxDefaultCoord), 0, wxDefaultValidator, name);
-        if (bitmap.IsOk())
-            button->SetBitmap(bitmap);
-        return button;
-    }
+wxButton* MakeButton(wxWindow* parent, int id, const wxString& label, const wxString& name,
+                     const wxBitmap& bitmap, int width = 140) {
+    auto* button = new wxButton(parent, id, label, wxDefaultPosition, wxSize(width, wxDefaultCoord),
+                                0, wxDefaultValidator, name);
+    if (bitmap.IsOk())
+        button->SetBitmap(bitmap);
+    return button;
+}
 
-    wxBitmapButton* MakeBitmapButton(wxWindow * parent, int id, const wxBitmap& bitmap,
-                                     const wxString& name) {
-        return new wxBitmapButton(parent, id, bitmap, wxDefaultPosition, wxDefaultSize,
-                                  wxBU_AUTODRAW, wxDefaultValidator, name);
-    }
+wxBitmapButton* MakeBitmapButton(wxWindow* parent, int id, const wxBitmap& bitmap,
+                                 const wxString& name) {
+    return new wxBitmapButton(parent, id, bitmap, wxDefaultPosition, wxDefaultSize, wxBU_AUTODRAW,
+                              wxDefaultValidator, name);
+}
 
-    // A processor share as the whole number the status line and the chart show.
-    int CpuShare(double cpu) {
-        return static_cast<std::int16_t>(cpu);
-    }
+// A processor share as the whole number the status line and the chart show.
+int CpuShare(double cpu) {
+    return static_cast<std::int16_t>(cpu);
+}
 
-    wxHyperlinkCtrl* MakeLink(wxWindow * parent, int id, const wxString& label, const wxString& url,
-                              const wxString& name) {
-        return new wxHyperlinkCtrl(parent, id, label, url, wxDefaultPosition, wxDefaultSize,
-                                   wxHL_DEFAULT_STYLE, name);
-    }
+wxHyperlinkCtrl* MakeLink(wxWindow* parent, int id, const wxString& label, const wxString& url,
+                          const wxString& name) {
+    return new wxHyperlinkCtrl(parent, id, label, url, wxDefaultPosition, wxDefaultSize,
+                               wxHL_DEFAULT_STYLE, name);
+}
 
 } // namespace
 

@@ -13,20 +13,18 @@
 #include <wx/stattext.h>
 #include <wx/textctrl.h>
 
-// clang-format off
 wxBEGIN_EVENT_TABLE(WinPrefs, wxDialog)
     EVT_BUTTON(WinPrefs::ID_SELECT_EDITOR, WinPrefs::OnSelectEditor)
     EVT_COMBOBOX(WinPrefs::ID_LANG, WinPrefs::OnLanguage)
     EVT_BUTTON(WinPrefs::ID_CANCEL, WinPrefs::OnCancel)
     EVT_BUTTON(WinPrefs::ID_OK, WinPrefs::OnOk)
 wxEND_EVENT_TABLE()
-    // clang-format on
 
-    namespace {
+namespace {
 
-    const int GAP = 5;
-    // Programs here carry no extension, so the editor may be any file.
-    const char* const EDITOR_FILTER = "Application (*)|*";
+const int GAP = 5;
+// Programs here carry no extension, so the editor may be any file.
+const char* const EDITOR_FILTER = "Application (*)|*";
 
 } // namespace
 

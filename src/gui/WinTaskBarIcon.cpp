@@ -5,7 +5,6 @@
 
 #include <wx/menu.h>
 
-// clang-format off
 wxBEGIN_EVENT_TABLE(WinTaskBarIcon, wxTaskBarIcon)
     EVT_MENU(WinTaskBarIcon::ID_SHOW_HIDE, WinTaskBarIcon::OnShowHide)
     EVT_MENU(WinTaskBarIcon::ID_START, WinTaskBarIcon::OnStart)
@@ -18,10 +17,8 @@ wxBEGIN_EVENT_TABLE(WinTaskBarIcon, wxTaskBarIcon)
     EVT_MENU(WinTaskBarIcon::ID_SQLITE, WinTaskBarIcon::OnSqlite)
     EVT_TASKBAR_LEFT_DCLICK(WinTaskBarIcon::OnDoubleClick)
 wxEND_EVENT_TABLE()
-    // clang-format on
 
-    WinTaskBarIcon::WinTaskBarIcon(WinKovix* window)
-    : window(window) {}
+WinTaskBarIcon::WinTaskBarIcon(WinKovix* window) : window(window) {}
 
 wxMenu* WinTaskBarIcon::CreatePopupMenu() {
     const bool apacheRuns = window->IsApacheRunning();

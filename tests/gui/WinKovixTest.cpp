@@ -8,8 +8,10 @@
 #include "gui/WinTaskBarIcon.h"
 #include "lang/LangTable.h"
 #include "support/FakeServer.h"
+#include "support/ScopedEnv.h"
 #include "support/SmallTree.h"
 #include "support/TestTree.h"
+#include "support/TreeFiles.h"
 
 #include <gtest/gtest.h>
 #include <wx/bmpbuttn.h>
@@ -23,6 +25,7 @@
 #include <wx/statbox.h>
 #include <wx/stattext.h>
 #include <wx/textctrl.h>
+#include <wx/tokenzr.h>
 #include <wx/weakref.h>
 
 namespace {
@@ -351,6 +354,68 @@ TEST_F(WinKovixTest, StartAndStopMenusOfferWhatCanBeDone) {
     EXPECT_TRUE(mysqld.IsActive());
     EXPECT_NO_DIALOG(ChooseMenu(&frame, WinKovix::ID_MENU_START_MYSQL));
     EXPECT_EQ(ProcessLookup::Find("mysqld"), std::vector<long>{mysqld.Pid()});
+}
+
+// A program that appends "<its path> <its arguments>" to log, one line per run.
+void WriteRecorder(const wxString& path, const wxString& log) {
+    WriteBytes(path, ("#!/bin/sh\necho \"$0 $*\" >> '" + log + "'\n").utf8_string());
+    wxChmod(path, 0755);
+}
+
+wxArrayString Lines(const wxString& path) {
+    return wxStringTokenize(wxString::FromUTF8(ReadBytes(path)), "\n", wxTOKEN_STRTOK);
+}
+
+TEST_F(WinKovixTest, ToolsFilesAndLinksOpenThroughTheDesktopAndTheEditor) {
+    TempDir bin("kovix-bin");
+    const wxString calls = bin.File("calls.txt");
+    WriteRecorder(bin.File("xdg-open"), calls);
+    WriteRecorder(bin.File("editor"), calls);
+    MakeTreeFolder(tree.Root(), "utils");
+    WriteRecorder(tree.File("utils/SQLiteBrowser"), calls);
+    wxString path;
+    wxGetEnv("PATH", &path);
+    ScopedEnv desktop("PATH", bin.Path() + ":" + path);
+    settings.SetTextEditor(bin.File("editor"));
+    settings.SetPhpVersion("php_8.2");
+    WinKovix& frame = Open();
+    const wxString site = "http://localhost:" + settings.GetPortText() + "/";
+    const wxString xdgOpen = bin.File("xdg-open") + " ";
+    const wxString editor = bin.File("editor") + " ";
+
+    const struct {
+        std::function<void()> action;
+        wxString call;
+    } cases[] = {
+        {[&] { ClickButton(&frame, WinKovix::ID_WWW_SITE); }, xdgOpen + site},
+        {[&] { ClickButton(&frame, WinKovix::ID_WWW_FOLDER); }, xdgOpen + tree.File("www")},
+        {[&] { ClickButton(&frame, WinKovix::ID_PHPMYADMIN); }, xdgOpen + site + "mysql/"},
+        {[&] { ClickButton(&frame, WinKovix::ID_PHPINFO); }, xdgOpen + site + "kovix/phpinfo.php"},
+        {[&] { ClickButton(&frame, WinKovix::ID_SQLITE); }, tree.File("utils/SQLiteBrowser") + " "},
+        {[&] { ChooseMenu(&frame, WinKovix::ID_MENU_LOG_APACHE_ACCESS); },
+         editor + tree.File("apache/logs/access.log")},
+        {[&] { ChooseMenu(&frame, WinKovix::ID_MENU_LOG_APACHE_ERROR); },
+         editor + tree.File("apache/logs/error.log")},
+        {[&] { ChooseMenu(&frame, WinKovix::ID_MENU_LOG_MYSQL_MAINFILE); },
+         editor + tree.File("mysql/data/mysql.err")},
+        {[&] { ClickButton(&frame, WinKovix::ID_EDIT_PHP_FILE); },
+         editor + tree.File("apache/php_8.2/php_source.ini")},
+        {[&] { ClickButton(&frame, WinKovix::ID_EDIT_APACHE_FILE); },
+         editor + tree.File("apache/conf/httpd_source.conf")},
+        {[&] {
+             wxHyperlinkEvent click(Find(WinKovix::ID_LINK_AUTHOR), WinKovix::ID_LINK_AUTHOR,
+                                    WinKovix::AUTHOR_SITE);
+             frame.GetEventHandler()->ProcessEvent(click);
+         },
+         xdgOpen + WinKovix::AUTHOR_SITE},
+    };
+    size_t count = 0;
+    for (const auto& item : cases) {
+        item.action();
+        ++count;
+        ASSERT_TRUE(WaitFor([&] { return Lines(calls).size() == count; })) << item.call;
+        EXPECT_EQ(Lines(calls).Last(), item.call);
+    }
 }
 
 TEST_F(WinKovixTest, LogsMenuEnablesTheShowEntriesOfExistingFiles) {
