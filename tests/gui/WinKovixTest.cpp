@@ -5,6 +5,8 @@
 #include "core/ProcessLookup.h"
 #include "gui/GuiDialogs.h"
 #include "gui/GuiWait.h"
+#include "gui/WinPrefs.h"
+#include "gui/WinStats.h"
 #include "gui/WinTaskBarIcon.h"
 #include "lang/LangTable.h"
 #include "support/FakeServer.h"
@@ -16,6 +18,7 @@
 #include <gtest/gtest.h>
 #include <wx/bmpbuttn.h>
 #include <wx/choice.h>
+#include <wx/combobox.h>
 #include <wx/hyperlink.h>
 #include <wx/menu.h>
 #include <wx/panel.h>
@@ -252,6 +255,45 @@ TEST_F(WinKovixTest, UserChoicesMarkARestartThatAStoppedTickDropsWithoutStarting
     EXPECT_EQ(frame.GetRestartState(), WinKovix::RESTART_IDLE);
     EXPECT_TRUE(ProcessLookup::Find("httpd").empty());
     EXPECT_TRUE(ProcessLookup::Find("mysqld").empty());
+}
+
+TEST_F(WinKovixTest, LaunchStartsTheServersOnlyWhenAskedAndNothingRuns) {
+    settings.SetBool(AppSettings::START_ON_START, true);
+    {
+        FakeServer httpd(tree.Root(), "apache/bin/httpd");
+        EXPECT_NO_DIALOG(Open());
+        EXPECT_FALSE(wxFileExists(tree.File("apache/conf/httpd.conf")));
+        EXPECT_FALSE(wxFileExists(tree.File("mysql/my.ini")));
+        DestroyWindow();
+    }
+    EXPECT_NO_DIALOG(Open());
+    EXPECT_TRUE(wxFileExists(tree.File("apache/conf/httpd.conf")));
+    EXPECT_TRUE(wxFileExists(tree.File("mysql/my.ini")));
+}
+
+TEST_F(WinKovixTest, PreferencesLanguageShowsAtOnceInTheWindow) {
+    WinKovix& frame = Open();
+    WhenModal([] {
+        WinPrefs* prefs = nullptr;
+        for (wxWindow* top : wxTopLevelWindows)
+            prefs = prefs ? prefs : dynamic_cast<WinPrefs*>(top);
+        ASSERT_NE(prefs, nullptr);
+        auto* languages =
+            wxDynamicCast(wxWindow::FindWindowById(WinPrefs::ID_LANG, prefs), wxComboBox);
+        languages->SetSelection(1);
+        wxCommandEvent choice(wxEVT_COMBOBOX, WinPrefs::ID_LANG);
+        choice.SetEventObject(languages);
+        languages->GetEventHandler()->ProcessEvent(choice);
+        ClickButton(prefs, WinPrefs::ID_CANCEL);
+    });
+    ClickButton(&frame, WinKovix::ID_PREFERENCES);
+    EXPECT_EQ(Label(WinKovix::ID_BTN_START), wxString::FromUTF8("Démarrer"));
+    EXPECT_EQ(Label(WinKovix::ID_WWW_FOLDER), "www Dossier");
+    EXPECT_EQ(frame.GetStatsWindow()->FindWindow(WinStats::ID_BTN_OK)->GetLabel(), "Fermer");
+
+    EXPECT_FALSE(frame.GetStatsWindow()->IsShown());
+    ClickButton(&frame, WinKovix::ID_STATS);
+    EXPECT_TRUE(frame.GetStatsWindow()->IsShown());
 }
 
 TEST_F(WinKovixTest, PortSpinShowsTheStoredPortAndStoresEveryChange) {
