@@ -12,11 +12,28 @@ void InitEncoding() {
     wxConvAuto::SetFallbackEncoding(wxFONTENCODING_CP1252);
 }
 
+namespace {
+
+// A UTF-32 file may decode to values that are no characters at all; such text could not be
+// written back, so the file counts as unreadable.
+bool IsWritableText(const wxString& text) {
+    for (wxUniChar c : text)
+        if (c.GetValue() > 0x10FFFF || (c.GetValue() >= 0xD800 && c.GetValue() <= 0xDFFF))
+            return false;
+    return true;
+}
+
+} // namespace
+
 bool Read(const wxString& path, wxString& text) {
     wxFFile file;
     if (!wxFileExists(path) || !file.Open(path, "rb"))
         return false;
-    return file.ReadAll(&text, wxConvAuto());
+    wxString decoded;
+    if (!file.ReadAll(&decoded, wxConvAuto()) || !IsWritableText(decoded))
+        return false;
+    text = decoded;
+    return true;
 }
 
 namespace {
@@ -48,6 +65,8 @@ bool ReplaceWith(const wxString& scratch, const wxString& path) {
 bool WriteAtomically(const wxString& path, const wxString& text, const wxString& scratchPath) {
     const wxString scratch = scratchPath.empty() ? path + ".temp" : scratchPath;
     const wxScopedCharBuffer utf8 = text.utf8_str();
+    if (utf8.length() == 0 && !text.empty())
+        return false; // not encodable: never replace the target with nothing
     if (!WriteBytes(scratch, utf8.data(), utf8.length())) {
         RemoveScratch(scratch);
         return false;
@@ -57,6 +76,8 @@ bool WriteAtomically(const wxString& path, const wxString& text, const wxString&
 
 bool CopyAtomically(const wxString& from, const wxString& to) {
     const wxString scratch = to + ".temp";
+    if (!wxFileExists(from))
+        return false;
     if (!wxCopyFile(from, scratch, true)) {
         RemoveScratch(scratch);
         return false;

@@ -1,0 +1,49 @@
+#include "core/TextFiles.h"
+#include "support/TempDir.h"
+
+#include <gtest/gtest.h>
+#include <wx/filefn.h>
+
+TEST(TextFiles, DecodesBomUtf8AndCp1252AndWritesUtf8) {
+    TempDir dir;
+    const std::pair<std::string, const char*> cases[] = {{"\xef\xbb\xbf"
+                                                          "caf\xc3\xa9",
+                                                          "café"},
+                                                         {"caf\xc3\xa9", "café"},
+                                                         {"caf\xe9 \x80", "café €"},
+                                                         {std::string("\xff\xfe"
+                                                                      "a\0",
+                                                                      4),
+                                                          "a"}};
+    for (const auto& [bytes, expected] : cases) {
+        WriteBytes(dir.File("in.txt"), bytes);
+        wxString text;
+        ASSERT_TRUE(TextFiles::Read(dir.File("in.txt"), text));
+        EXPECT_EQ(text, wxString::FromUTF8(expected));
+        ASSERT_TRUE(TextFiles::WriteAtomically(dir.File("out.txt"), text));
+        EXPECT_EQ(ReadBytes(dir.File("out.txt")), expected);
+    }
+}
+
+TEST(TextFiles, TextThatCannotBeWrittenBackIsUnreadable) {
+    TempDir dir;
+    // UTF-32 LE with a value beyond the last code point.
+    const std::string bytes("\xff\xfe\0\0a\0\0\0\0\0\x11\0\n\0\0\0", 16);
+    WriteBytes(dir.File("php_source.ini"), bytes);
+    wxString text = "untouched";
+    EXPECT_FALSE(TextFiles::Read(dir.File("php_source.ini"), text));
+    EXPECT_EQ(text, "untouched");
+    EXPECT_EQ(ReadBytes(dir.File("php_source.ini")), bytes);
+}
+
+TEST(TextFiles, FailedWritesLeaveTheTargetByteIdentical) {
+    TempDir dir;
+    WriteBytes(dir.File("t.conf"), "original\n");
+    wxMkdir(dir.File("t.conf.temp"));
+    EXPECT_FALSE(TextFiles::WriteAtomically(dir.File("t.conf"), "new\n"));
+    EXPECT_FALSE(TextFiles::CopyAtomically(dir.File("missing"), dir.File("t.conf")));
+    EXPECT_EQ(ReadBytes(dir.File("t.conf")), "original\n");
+    EXPECT_TRUE(TextFiles::WriteAtomically(dir.File("t.conf"), "new\n", dir.File("scratch")));
+    EXPECT_EQ(ReadBytes(dir.File("t.conf")), "new\n");
+    EXPECT_FALSE(wxFileExists(dir.File("scratch")));
+}
