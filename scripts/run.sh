@@ -7,8 +7,8 @@ build="${KOVIX_BUILD_DIR:-$here/build}"
 
 tree="$build/tree"
 if [ ! -x "$tree/kovix" ]; then
-    echo "Built. The panel's window is not part of this build yet; use $tree/kovixctl."
-    exit 0
+    echo "The panel (kovix) is missing from $tree; use $tree/kovixctl." >&2
+    exit 1
 fi
 if [ -z "${DISPLAY:-}" ] && [ -z "${WAYLAND_DISPLAY:-}" ]; then
     echo "No display: the panel needs a desktop. Use the command line instead:"
