@@ -1,0 +1,28 @@
+#include "gui/ConfigWorker.h"
+
+ConfigWorker::ConfigWorker(wxEvtHandler* dialog, wxEventType type, bool save)
+    : wxThread(wxTHREAD_JOINABLE), dialog(dialog), type(type), save(save) {}
+
+wxThread::ExitCode ConfigWorker::Entry() {
+    auto* completion = new wxThreadEvent(type);
+    completion->SetString(save ? SAVE : GET);
+    completion->SetInt(job);
+    Work(*completion);
+    Queue(completion);
+    return nullptr;
+}
+
+void ConfigWorker::Post(const wxString& text) {
+    auto* event = new wxThreadEvent(type);
+    event->SetString(text);
+    event->SetInt(job);
+    Queue(event);
+}
+
+void ConfigWorker::Queue(wxThreadEvent* event) {
+    if (stopping) {
+        delete event;
+        return;
+    }
+    wxQueueEvent(dialog, event);
+}
