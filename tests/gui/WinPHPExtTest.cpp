@@ -1,0 +1,204 @@
+#include "php/WinPHPExt.h"
+
+#include "apache/HelpCatalogue.h"
+#include "core/TemplateSwitches.h"
+#include "gui/ConfigDialogTesting.h"
+#include "support/TempDir.h"
+
+#include <wx/button.h>
+#include <wx/checklst.h>
+#include <wx/hyperlink.h>
+#include <wx/notebook.h>
+
+#include <functional>
+
+namespace {
+
+class WinPHPExtTest : public ConfigDialogTest {
+protected:
+    wxString Source() const { return paths.PhpSourceConfig(); }
+    wxCheckListBox* Extensions(wxWindow* dialog) {
+        return Control<wxCheckListBox>(dialog, WinPHPExt::ID_EXTENSIONS);
+    }
+    wxListBox* Settings(wxWindow* dialog) {
+        return Control<wxListBox>(dialog, WinPHPExt::ID_SETTINGS);
+    }
+    wxComboBox* Value(wxWindow* dialog) {
+        return Control<wxComboBox>(dialog, WinPHPExt::ID_SETTING_VALUE);
+    }
+    bool Enabled(wxWindow* dialog, int id) {
+        return wxWindow::FindWindowById(id, dialog)->IsEnabled();
+    }
+    void ReplaceInSource(const std::string& from, const std::string& to) {
+        std::string text = ReadBytes(Source());
+        const size_t at = text.find(from);
+        ASSERT_NE(at, std::string::npos) << from;
+        WriteBytes(Source(), text.replace(at, from.size(), to));
+    }
+
+    // Shows the dialog modally, runs steps in it once its template is loaded, and returns how it
+    // ended; steps must end it.
+    int RunDialog(const std::function<void(WinPHPExt&)>& steps) {
+        WinPHPExt dialog(nullptr, paths);
+        WhenModal([&] {
+            EXPECT_TRUE(WaitFor([&] { return !dialog.IsBusy(); }));
+            steps(dialog);
+        });
+        return dialog.ShowModal();
+    }
+};
+
+} // namespace
+
+TEST_F(WinPHPExtTest, LocksOnlyOkAndCancelWhileLoading) {
+    WinPHPExt dialog(nullptr, paths);
+    EXPECT_EQ(dialog.GetTitle(), "PHP Extensions");
+    EXPECT_EQ(Named<wxStaticText>(&dialog, "label_loading")->GetLabel(),
+              "Loading PHP Extensions...");
+    EXPECT_FALSE(Enabled(&dialog, WinPHPExt::ID_OK));
+    EXPECT_FALSE(Enabled(&dialog, WinPHPExt::ID_CANCEL));
+    EXPECT_TRUE(Enabled(&dialog, WinPHPExt::ID_RESTORE));
+    EXPECT_TRUE(Named<wxNotebook>(&dialog, "notebook")->IsEnabled());
+
+    auto* notebook = Named<wxNotebook>(&dialog, "notebook");
+    EXPECT_EQ(notebook->GetPageText(0), "PHP Extensions");
+    EXPECT_EQ(notebook->GetPageText(1), "PHP Setting");
+    EXPECT_EQ(Shown(Named<wxStaticText>(&dialog, "label_ModuleDescription")), "No Description");
+    EXPECT_EQ(Shown(Named<wxStaticText>(&dialog, "label_SettingDescription")), "No Description");
+    EXPECT_EQ(Named<wxStaticText>(&dialog, "text_SettingValue")->GetLabel(), "Value : ");
+    EXPECT_EQ(Control<wxButton>(&dialog, WinPHPExt::ID_RESTORE)->GetLabel(),
+              "Restore initial config");
+    EXPECT_EQ(Control<wxButton>(&dialog, WinPHPExt::ID_CANCEL)->GetName(), "btn_cancel");
+    EXPECT_EQ(Control<wxButton>(&dialog, WinPHPExt::ID_CANCEL)->GetLabel(), "Cancel");
+    EXPECT_EQ(Named<wxHyperlinkCtrl>(&dialog, "link_SettingDescription")->GetLabel(), "link");
+
+    ASSERT_TRUE(WaitFor([&] { return !dialog.IsBusy(); }));
+    EXPECT_TRUE(Enabled(&dialog, WinPHPExt::ID_OK));
+    EXPECT_TRUE(Enabled(&dialog, WinPHPExt::ID_CANCEL));
+    EXPECT_FALSE(Named<wxStaticText>(&dialog, "label_loading")->GetParent()->IsShown());
+    EXPECT_EQ(Extensions(&dialog)->GetCount(), TemplateSwitches::ListExtensionLines(paths).size());
+    ASSERT_EQ(Settings(&dialog)->GetCount(), 25u);
+    // Table order: alphabetical by directive.
+    EXPECT_EQ(Settings(&dialog)->GetString(0), "Call time pass reference");
+    EXPECT_EQ(Settings(&dialog)->GetString(24), "ZLib output compression");
+}
+
+TEST_F(WinPHPExtTest, OkSwitchesExtensionsAndWritesSettings) {
+    HelpCatalogue catalogue;
+    ReplaceInSource("\ndisplay_errors = On", "\ndisplay_errors = on");
+    EXPECT_EQ(RunDialog([&](WinPHPExt& dialog) {
+                  wxCheckListBox* extensions = Extensions(&dialog);
+                  const int gd = RowOf(extensions, "gd");
+                  const int shmop = RowOf(extensions, "shmop");
+                  ASSERT_NE(gd, wxNOT_FOUND);
+                  ASSERT_NE(shmop, wxNOT_FOUND);
+                  EXPECT_TRUE(extensions->IsChecked(gd));
+                  EXPECT_FALSE(extensions->IsChecked(shmop));
+                  SelectRow(extensions, gd);
+                  EXPECT_EQ(Shown(Named<wxStaticText>(&dialog, "label_ModuleDescription")),
+                            Unwrapped(catalogue.ExtensionDescription("gd")));
+                  EXPECT_EQ(Named<wxHyperlinkCtrl>(&dialog, "link_Description")->GetURL(),
+                            catalogue.ExtensionLink("gd"));
+                  extensions->Check(gd, false);
+                  extensions->Check(shmop, true);
+
+                  wxListBox* settings = Settings(&dialog);
+                  SelectRow(settings, RowOf(settings, "Display errors"));
+                  EXPECT_EQ(Value(&dialog)->GetValue(), "On"); // "on" in the file
+                  SelectRow(settings, RowOf(settings, "ASP tag"));
+                  EXPECT_TRUE(Value(&dialog)->IsEnabled());
+                  EXPECT_EQ(Value(&dialog)->GetCount(), 2u);
+                  EXPECT_EQ(Value(&dialog)->GetSelection(), wxNOT_FOUND); // not in the file
+                  SelectRow(settings, RowOf(settings, "Short open tag"));
+                  EXPECT_EQ(Value(&dialog)->GetValue(), "Off");
+                  EXPECT_TRUE(Shown(Named<wxStaticText>(&dialog, "label_SettingDescription"))
+                                  .StartsWith("Tells PHP whether the short form"));
+                  EXPECT_EQ(Named<wxHyperlinkCtrl>(&dialog, "link_SettingDescription")->GetURL(),
+                            "http://www.php.net/short-open-tag");
+                  ChooseValue(Value(&dialog), "On");
+                  ClickButton(&dialog, WinPHPExt::ID_OK);
+                  EXPECT_EQ(Named<wxStaticText>(&dialog, "label_loading")->GetLabel(),
+                            "Saving PHP Extensions...");
+              }),
+              wxID_OK);
+    const std::string saved = ReadBytes(Source());
+    EXPECT_NE(saved.find("\n;extension=php_gd.so\n"), std::string::npos);
+    EXPECT_NE(saved.find("\nextension=php_shmop.so\n"), std::string::npos);
+    EXPECT_NE(saved.find("\nshort_open_tag = On\n"), std::string::npos);
+    EXPECT_NE(saved.find("\ndisplay_errors = on\n"), std::string::npos);
+    EXPECT_EQ(saved.find("asp_tags"), std::string::npos);
+}
+
+TEST_F(WinPHPExtTest, CancelWritesNothing) {
+    const std::string original = ReadBytes(Source());
+    EXPECT_EQ(RunDialog([&](WinPHPExt& dialog) {
+                  Extensions(&dialog)->Check(0, !Extensions(&dialog)->IsChecked(0));
+                  SelectRow(Settings(&dialog), 0);
+                  ChooseValue(Value(&dialog), "On");
+                  ClickButton(&dialog, WinPHPExt::ID_CANCEL);
+              }),
+              wxID_CANCEL);
+    EXPECT_EQ(ReadBytes(Source()), original);
+}
+
+TEST_F(WinPHPExtTest, RestoreAsksFirstAndThenReloadsTheInitialTemplate) {
+    ReplaceInSource("\nextension=php_gd.so", "\n;extension=php_gd.so");
+    const std::string edited = ReadBytes(Source());
+    RunDialog([&](WinPHPExt& dialog) {
+        const int gd = RowOf(Extensions(&dialog), "gd");
+        EXPECT_FALSE(Extensions(&dialog)->IsChecked(gd));
+        wxString message, caption;
+        wxTEST_DIALOG(ClickButton(&dialog, WinPHPExt::ID_RESTORE),
+                      ExpectMessage(message, caption, wxID_NO));
+        EXPECT_EQ(caption, "Kovix");
+        EXPECT_TRUE(message.StartsWith("WARNING : The initial restoration configuration"));
+        EXPECT_FALSE(dialog.IsBusy());
+        EXPECT_EQ(ReadBytes(Source()), edited);
+
+        wxTEST_DIALOG(ClickButton(&dialog, WinPHPExt::ID_RESTORE),
+                      ExpectMessage(message, caption, wxID_YES));
+        // The Apache text first, while the initial file is copied back.
+        EXPECT_EQ(Named<wxStaticText>(&dialog, "label_loading")->GetLabel(),
+                  "Loading Apache Config...");
+        EXPECT_FALSE(Enabled(&dialog, WinPHPExt::ID_OK));
+        ASSERT_TRUE(WaitFor([&] { return !dialog.IsBusy(); }));
+        EXPECT_EQ(Extensions(&dialog)->GetCount(),
+                  TemplateSwitches::ListExtensionLines(paths).size());
+        EXPECT_TRUE(Extensions(&dialog)->IsChecked(RowOf(Extensions(&dialog), "gd")));
+        EXPECT_EQ(ReadBytes(Source()), ReadBytes(paths.PhpInitialConfig()));
+        ClickButton(&dialog, WinPHPExt::ID_CANCEL);
+    });
+}
+
+// A restore during a load runs a second load; OK and Cancel stay locked until both reported.
+TEST_F(WinPHPExtTest, RestoreWhileLoadingKeepsTheDialogLockedUntilBothLoadsReport) {
+    WinPHPExt dialog(nullptr, paths);
+    wxString message, caption;
+    wxTEST_DIALOG(ClickButton(&dialog, WinPHPExt::ID_RESTORE),
+                  ExpectMessage(message, caption, wxID_YES));
+    ASSERT_TRUE(WaitFor([&] { return !dialog.IsBusy(); }));
+    EXPECT_TRUE(Enabled(&dialog, WinPHPExt::ID_OK));
+    EXPECT_EQ(Extensions(&dialog)->GetCount(), TemplateSwitches::ListExtensionLines(paths).size());
+}
+
+// Closing at any point stops and joins the workers; under ThreadSanitizer this is the race test,
+// with two jobs at once in every fifth round.
+TEST_F(WinPHPExtTest, OpensLoadsSavesAndCloses50Times) {
+    for (int round = 0; round < 50; ++round) {
+        { WinPHPExt closedWhileLoading(nullptr, paths); }
+        ASSERT_EQ(RunDialog([&](WinPHPExt& dialog) {
+                      if (round % 5 == 0) {
+                          wxString message, caption;
+                          wxTEST_DIALOG(ClickButton(&dialog, WinPHPExt::ID_RESTORE),
+                                        ExpectMessage(message, caption, wxID_YES));
+                          ASSERT_TRUE(WaitFor([&] { return !dialog.IsBusy(); }));
+                      }
+                      Extensions(&dialog)->Check(0, round % 2 == 0);
+                      ClickButton(&dialog, WinPHPExt::ID_OK);
+                  }),
+                  wxID_OK);
+    }
+    const std::vector<wxString> lines = TemplateSwitches::ListExtensionLines(paths);
+    ASSERT_FALSE(lines.empty());
+    EXPECT_FALSE(TemplateSwitches::IsExtensionLineEnabled(lines[0]));
+}
