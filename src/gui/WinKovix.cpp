@@ -1,5 +1,6 @@
 #include "gui/WinKovix.h"
 
+#include "apache/WinApacheConf.h"
 #include "app/AppSettings.h"
 #include "core/PhpVersions.h"
 #include "core/PortCheck.h"
@@ -10,6 +11,7 @@
 #include "lang/LangTable.h"
 #include "net/HostNameLookupThread.h"
 #include "net/VersionCompare.h"
+#include "php/WinPHPExt.h"
 #include "platform/Platform.h"
 
 #include <wx/bmpbuttn.h>
@@ -665,9 +667,14 @@ void WinKovix::ShowFromTray() {
     Restore();
 }
 
-// The Apache and PHP configuration dialogs open here once they exist.
-void WinKovix::OpenApacheDialog() {}
-void WinKovix::OpenPhpDialog() {}
+void WinKovix::OpenApacheDialog() {
+    WinApacheConf dialog(this, paths);
+    dialog.ShowModal();
+}
+void WinKovix::OpenPhpDialog() {
+    WinPHPExt dialog(this, paths);
+    dialog.ShowModal();
+}
 
 // ---------------------------------------------------------------------------------------------
 // Event handlers
