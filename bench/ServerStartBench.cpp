@@ -12,6 +12,8 @@
 #include <chrono>
 #include <csignal>
 #include <cstdio>
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <thread>
 #include <vector>
@@ -28,15 +30,17 @@ double SecondsSince(Clock::time_point start) {
     return std::chrono::duration<double>(Clock::now() - start).count();
 }
 
-// Starts argv in folder with extra environment entries, output discarded; returns its pid.
+// Starts argv in folder with extra environment entries, its output going to the file output;
+// returns its pid.
 pid_t Spawn(const std::vector<std::string>& argv, const std::string& folder = "",
-            const std::vector<std::string>& environment = {}) {
+            const std::vector<std::string>& environment = {},
+            const std::string& output = "/dev/null") {
     pid_t pid = fork();
     if (pid == 0) {
         // The servers' own chatter would mix with the figures.
-        const int null = open("/dev/null", O_WRONLY);
-        dup2(null, STDOUT_FILENO);
-        dup2(null, STDERR_FILENO);
+        const int sink = open(output.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+        dup2(sink, STDOUT_FILENO);
+        dup2(sink, STDERR_FILENO);
         if (!folder.empty() && chdir(folder.c_str()) != 0)
             _exit(127);
         for (const std::string& entry : environment)
@@ -90,12 +94,16 @@ Round ThroughKovixctl(const TestTree& tree) {
     Round round;
     const std::string root = tree.Root().utf8_string();
     Clock::time_point start = Clock::now();
-    pid_t ctl = Spawn({KOVIXCTL_PATH, "--root", root, "start"});
+    const std::string log = root + "/../kovixctl.log";
+    pid_t ctl = Spawn({KOVIXCTL_PATH, "--root", root, "start"}, "", {}, log);
     round.start = WaitForServers(tree, start);
     int status = 0;
     waitpid(ctl, &status, 0);
-    if (status != 0)
-        std::fprintf(stderr, "kovixctl start failed (%d)\n", status);
+    if (status != 0) {
+        std::ifstream in(log);
+        std::fprintf(stderr, "kovixctl start failed:\n%s\n",
+                     std::string(std::istreambuf_iterator<char>(in), {}).c_str());
+    }
     start = Clock::now();
     waitpid(Spawn({KOVIXCTL_PATH, "--root", root, "stop"}), &status, 0);
     round.stop = WaitUntilNoServerLeft(tree, start);

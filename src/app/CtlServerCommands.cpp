@@ -9,6 +9,8 @@
 #include "lang/LangTable.h"
 #include "platform/Platform.h"
 
+#include <wx/file.h>
+
 #include <chrono>
 #include <functional>
 #include <map>
@@ -54,8 +56,11 @@ bool Accepts(int port) {
 }
 
 // Waits for the started server to accept connections on port. A server that ends before fails at
-// once; its own output becomes the failure message.
-template <typename Server> void WaitForStart(Server& server, const wxString& name, int port) {
+// once; its own words (its output, then what ownLog adds) become the failure message.
+template <typename Server>
+void WaitForStart(
+    Server& server, const wxString& name, int port,
+    const std::function<wxString()>& ownLog = [] { return wxString(); }) {
     wxString output;
     bool accepting = false;
     WaitUntil([&] {
@@ -64,10 +69,26 @@ template <typename Server> void WaitForStart(Server& server, const wxString& nam
         return accepting || !server.HasActiveChild();
     });
     if (!accepting) {
-        output += server.ReadOutput();
+        output += server.ReadOutput() + ownLog();
         throw CtlFailure(name + " did not start" +
                          (output.empty() ? wxString(".") : ":\n" + output.Trim()));
     }
+}
+
+wxFileOffset FileSize(const wxString& path) {
+    wxFile file;
+    return wxFile::Exists(path) && file.Open(path) ? file.Length() : 0;
+}
+
+// The bytes of a file from offset on, widened as Latin-1 like the servers' output.
+wxString ReadFrom(const wxString& path, wxFileOffset offset) {
+    wxFile file;
+    if (!wxFile::Exists(path) || !file.Open(path) || file.Length() <= offset ||
+        file.Seek(offset) < 0)
+        return wxString();
+    std::string bytes(static_cast<size_t>(file.Length() - offset), '\0');
+    const ssize_t got = file.Read(bytes.data(), bytes.size());
+    return wxString(bytes.data(), wxConvISO8859_1, got > 0 ? static_cast<size_t>(got) : 0);
 }
 
 void Status(CtlContext& context) {
@@ -112,6 +133,10 @@ void Start(CtlContext& context) {
         context.PrintError(PortCheck::PortTakenMessage(context.settings));
         throw CtlFailure(PortCheck::PortHolderLine(port));
     }
+    // MySQL says why it stops in its error log, not on its output: keep where the log ends now
+    // (its path is that of the last generated my.ini; unknown before the first start).
+    const wxString logBefore = mysql.ErrorLogPath();
+    const wxFileOffset logStart = FileSize(logBefore);
     if (which.apache)
         apache.Start();
     if (which.mysql)
@@ -119,7 +144,10 @@ void Start(CtlContext& context) {
     if (which.apache)
         WaitForStart(apache, "Apache", port);
     if (which.mysql)
-        WaitForStart(mysql, "MySQL", mysql.Port());
+        WaitForStart(mysql, "MySQL", mysql.Port(), [&] {
+            const wxString log = mysql.ErrorLogPath();
+            return ReadFrom(log, log == logBefore ? logStart : 0);
+        });
 }
 
 // As the window's Stop: kill every Apache, shut MySQL down in order; then waits until both are

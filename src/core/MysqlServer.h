@@ -43,6 +43,8 @@ public:
     // the socket path ("" when absent).
     int Port() const;
     wxString SocketPath() const;
+    // Where the server writes its messages (log-error); "" when absent.
+    wxString ErrorLogPath() const { return LiveOption("log-error"); }
     // The longest Unix socket path the system accepts, in bytes.
     static constexpr size_t SocketPathLimit = 107;
 

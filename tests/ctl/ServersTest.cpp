@@ -141,6 +141,15 @@ TEST_F(Servers, ABrokenApacheTemplateFailsWithApachesOwnWords) {
     ExpectNothingLeft();
 }
 
+TEST_F(Servers, AMysqlThatCannotStartSaysWhyFromItsErrorLog) {
+    WriteBytes(tree.File("mysql/my_source.ini"),
+               ReadBytes(tree.File("mysql/my_source.ini")) + "\n[mysqld]\nno-such-option=1\n");
+    CommandResult start = Ctl({"start", "mysql"});
+    EXPECT_EQ(start.exitCode, 1);
+    EXPECT_NE(start.err.Find("unknown variable 'no-such-option=1'"), wxNOT_FOUND) << start.err;
+    ExpectNothingLeft();
+}
+
 TEST_F(Servers, OfflineServesThisMachineOnlyAndOnlineServesEveryone) {
     ASSERT_EQ(Ctl({"mode", "offline"}).exitCode, 0);
     ASSERT_EQ(Ctl({"start", "apache"}).exitCode, 0);
