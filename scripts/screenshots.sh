@@ -1,0 +1,36 @@
+#!/usr/bin/env bash
+#
+# Takes the screenshots of the panel under Xvfb:
+#
+#   screenshots.sh [OUT_DIR]
+#
+# The window test ScreenshotTest opens the real panel against a real tree (assembled by
+# scripts/assemble-tree.sh like build/tree, copied into a temporary folder with free ports),
+# starts Apache and MariaDB, puts some page load on them and writes, in English (en) and French
+# (fr): main-LANG-stopped.png, main-LANG-running.png, stats-LANG.png and prefs-LANG.png. Every
+# server it starts is stopped again. Without OUT_DIR the pictures go to docs/screenshots/ and the
+# English running main window is copied to docs/screenshot-main.png for the README.
+#
+set -euo pipefail
+
+here="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
+build="${KOVIX_BUILD_DIR:-$here/build}"
+out="${1:-$here/docs/screenshots}"
+
+for program in xvfb-run import curl; do
+    command -v "$program" >/dev/null ||
+        { echo "screenshots: $program is missing; run scripts/setup.sh first" >&2; exit 1; }
+done
+
+cmake -S "$here" -B "$build" -DCMAKE_BUILD_TYPE=Release >/dev/null
+cmake --build "$build" -j2 --target gui_tests
+mkdir -p "$out"
+out="$(cd "$out" && pwd)"
+
+KOVIX_SCREENSHOTS_DIR="$out" xvfb-run -a -s "-screen 0 1280x1024x24" \
+    "$build/tests/gui_tests" --gtest_filter='ScreenshotTest.*'
+
+if [ -z "${1:-}" ]; then
+    cp "$out/main-en-running.png" "$here/docs/screenshot-main.png"
+fi
+echo "Screenshots in $out"
