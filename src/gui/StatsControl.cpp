@@ -30,11 +30,12 @@ std::vector<ChartSegment> SeriesSegments(const ChartSeries& series, int width, i
 
 } // namespace
 
-wxBEGIN_EVENT_TABLE(StatsControl, wxPanel) EVT_PAINT(StatsControl::OnPaint) wxEND_EVENT_TABLE()
+wxBEGIN_EVENT_TABLE(StatsControl, wxPanel)
+    EVT_PAINT(StatsControl::OnPaint)
+wxEND_EVENT_TABLE()
 
-    StatsControl::StatsControl(wxWindow* parent, wxWindowID id,
-                               const std::vector<ChartSeries>* series, const wxPoint& pos,
-                               const wxSize& size)
+StatsControl::StatsControl(wxWindow* parent, wxWindowID id, const std::vector<ChartSeries>* series,
+                           const wxPoint& pos, const wxSize& size)
     : series(series), font(7, wxFONTFAMILY_DEFAULT, wxFONTSTYLE_NORMAL, wxFONTWEIGHT_NORMAL),
       gridPen(wxColour(0, 100, 0), 1, wxPENSTYLE_SOLID) {
     // Painted whole by OnPaint through a back buffer, so the 500 ms refresh does not flicker.

@@ -7,10 +7,12 @@
 #include <wx/sizer.h>
 #include <wx/statline.h>
 
-wxBEGIN_EVENT_TABLE(WinStats, wxDialog) EVT_CLOSE(WinStats::OnClose)
-    EVT_BUTTON(WinStats::ID_BTN_OK, WinStats::OnOk) wxEND_EVENT_TABLE()
+wxBEGIN_EVENT_TABLE(WinStats, wxDialog)
+    EVT_CLOSE(WinStats::OnClose)
+    EVT_BUTTON(WinStats::ID_BTN_OK, WinStats::OnOk)
+wxEND_EVENT_TABLE()
 
-        WinStats::WinStats(wxWindow* parent, const std::vector<ChartSeries>* series)
+WinStats::WinStats(wxWindow* parent, const std::vector<ChartSeries>* series)
     : wxDialog(parent, wxID_ANY, "Stats CPU", wxDefaultPosition, wxDefaultSize,
                wxDEFAULT_DIALOG_STYLE | wxRESIZE_BORDER, "dialog") {
     BuildControls(series);
