@@ -794,12 +794,16 @@ void WinKovix::OnLink(wxHyperlinkEvent& event) {
     Platform::Get().OpenUrl(event.GetURL());
 }
 
-void WinKovix::OnClose(wxCloseEvent&) {
+// Cancel keeps the window even when the close is forced (the tray's Exit).
+void WinKovix::OnClose(wxCloseEvent& event) {
     if (IsApacheRunning() || IsMysqlRunning()) {
         const int answer =
             wxMessageBox(GetLangText("STOPSERVER_MESSAGE"), "Kovix", wxYES_NO | wxCANCEL, this);
-        if (answer == wxCANCEL)
+        if (answer == wxCANCEL) {
+            if (event.CanVeto())
+                event.Veto();
             return;
+        }
         if (answer == wxYES) {
             Hide();
             apache.Stop();

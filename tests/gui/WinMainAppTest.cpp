@@ -57,7 +57,8 @@ TEST(WinMainAppTest, SecondPanelIsRefusedWhileARealPanelRuns) {
     spec.workingFolder = tree.Root();
     std::unique_ptr<ChildProcess> panel = Platform::Get().StartHidden(spec);
     ASSERT_TRUE(panel);
-    ASSERT_TRUE(WaitFor([&] { return wxFileExists(home.LockFile()); }, 20000));
+    // The lock holds the panel's pid once it is claimed (the file appears empty first).
+    ASSERT_TRUE(WaitFor([&] { return !ReadBytes(home.LockFile()).empty(); }, 20000));
 
     std::unique_ptr<wxSingleInstanceChecker> checker;
     wxString message, caption;
