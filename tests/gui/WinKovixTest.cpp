@@ -573,20 +573,4 @@ TEST_F(WinKovixTest, MinimisingWithoutATrayKeepsTheWindowShown) {
     EXPECT_TRUE(frame.IsShown());
 }
 
-TEST_F(WinKovixTest, InformationPanelShowsTheAnswersOrTheirAbsence) {
-    WinKovix& frame = Open();
-    frame.ShowInformation("", "", false);
-    EXPECT_EQ(Label(WinKovix::ID_IP_VALUE), "No available");
-    EXPECT_EQ(Label(WinKovix::ID_UPDATE_VALUE), "You have the last version of Kovix ( 1.1 )");
-    EXPECT_FALSE(Find(WinKovix::ID_UPDATE_LINK)->IsShown());
-
-    frame.ShowInformation("203.0.113.7", "1.2", true);
-    EXPECT_EQ(Label(WinKovix::ID_IP_VALUE), "203.0.113.7");
-    auto* link = Control<wxHyperlinkCtrl>(WinKovix::ID_UPDATE_LINK);
-    EXPECT_TRUE(link->IsShown());
-    EXPECT_FALSE(Find(WinKovix::ID_UPDATE_VALUE)->IsShown());
-    EXPECT_EQ(link->GetLabel(), "A new Kovix version is available ( 1.2 )");
-    EXPECT_EQ(link->GetURL(), WinKovix::PRODUCT_SITE);
-}
-
 } // namespace

@@ -33,10 +33,6 @@ private:
     bool hadHome = false;
 };
 
-TEST(WinMainAppTest, InstanceNameCarriesTheLoginName) {
-    EXPECT_EQ(WinMainApp::InstanceName(), "Kovix-Server-" + Platform::Get().LoginName());
-}
-
 TEST(WinMainAppTest, FirstPanelOfAUserClaimsTheLockAndReleasesIt) {
     TempHome home;
     std::unique_ptr<wxSingleInstanceChecker> checker;

@@ -116,12 +116,6 @@ TEST_F(WinTaskBarIconTest, ShowHideTogglesTheWindowAndStatusLinesDoNothing) {
     EXPECT_TRUE(window->IsShown());
 }
 
-TEST_F(WinTaskBarIconTest, StopServerEntryStopsThem) {
-    FakeServer httpd(tree.Root(), "apache/bin/httpd");
-    Choose(WinTaskBarIcon::ID_STOP);
-    EXPECT_TRUE(WaitFor([&] { return !httpd.IsActive(); }));
-}
-
 TEST_F(WinTaskBarIconTest, ExitAsksTheCloseQuestionAndCancelKeepsThePanel) {
     window->Show();
     FakeServer httpd(tree.Root(), "apache/bin/httpd");
