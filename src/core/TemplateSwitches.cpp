@@ -41,13 +41,15 @@ wxString Group4(const wxRegEx& pattern, const wxString& line) {
     return pattern.Matches(line) ? pattern.GetMatch(line, 4) : wxString();
 }
 
+// A wxRegEx keeps the state of its last match, so every thread that switches lines (the GUI
+// thread and the dialogs' workers) compiles the patterns once for itself.
 const wxRegEx& ExtensionPattern() {
-    static const wxRegEx pattern("((^;extension=)|(^extension=))(.*)");
+    thread_local const wxRegEx pattern("((^;extension=)|(^extension=))(.*)");
     return pattern;
 }
 
 const wxRegEx& ModulePattern() {
-    static const wxRegEx pattern("((^#LoadModule)|(^LoadModule))(.*)");
+    thread_local const wxRegEx pattern("((^#LoadModule)|(^LoadModule))(.*)");
     return pattern;
 }
 
@@ -96,7 +98,7 @@ wxString ExtensionFileOf(const wxString& line) {
 }
 
 wxString ExtensionNameOf(const wxString& file) {
-    static const wxRegEx pattern("php_(.*).so");
+    thread_local const wxRegEx pattern("php_(.*).so");
     return pattern.Matches(file) ? pattern.GetMatch(file, 1) : wxString();
 }
 
@@ -117,7 +119,7 @@ std::vector<wxString> ListModuleLines(const InstallPaths& paths) {
 }
 
 wxString ModuleKeyOf(const wxString& line) {
-    static const wxRegEx pattern("((^#LoadModule)|(^LoadModule)) *([^ ]*).*");
+    thread_local const wxRegEx pattern("((^#LoadModule)|(^LoadModule)) *([^ ]*).*");
     const wxString key = Group4(pattern, line);
     return key == "{PHPMODULENAME}" ? wxString(PHP_MODULE_LABEL) : key;
 }

@@ -39,9 +39,10 @@ PHPSettingRecord MakeRecord(const Row& row) {
     return record;
 }
 
-// Any line that a directive can match: a word, "=" and a value that begins with a letter.
+// Any line that a directive can match: a word, "=" and a value that begins with a letter. One per
+// thread: a wxRegEx keeps the state of its last match, and the PHP dialog's jobs may overlap.
 const wxRegEx& LineFilter() {
-    static const wxRegEx filter("^[^\t ]+[\t ]*=[\t ]*([a-zA-Z]+)", wxRE_EXTENDED);
+    thread_local const wxRegEx filter("^[^\t ]+[\t ]*=[\t ]*([a-zA-Z]+)", wxRE_EXTENDED);
     return filter;
 }
 

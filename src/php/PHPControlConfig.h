@@ -13,8 +13,7 @@ class InstallPaths;
 // a PHP template file. Reading takes, for each directive, the leading letters of its last
 // "directive = value" line that starts the line; writing replaces every such line by
 // "directive = value" and passes all other lines through, joined by native line ends. Neither
-// adds a line nor reports to the user. Passes over a file must not run on two threads at once:
-// they share one compiled line filter.
+// adds a line nor reports to the user.
 class PHPControlConfig final : public WRegSetting {
 public:
     using Records = std::map<wxString, PHPSettingRecord>;
