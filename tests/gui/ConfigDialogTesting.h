@@ -1,10 +1,16 @@
 #pragma once
 
+// Helpers of the configuration dialog tests: a real tree for the dialogs, finding their controls,
+// and the user's gestures as the controls send them.
+
 #include "app/AppSettings.h"
 #include "core/InstallPaths.h"
 #include "gui/GuiDialogs.h"
 #include "gui/GuiWait.h"
+#include "gui/WinKovix.h"
 #include "lang/LangTable.h"
+#include "net/HostNameLookupThread.h"
+#include "support/ScopedEnv.h"
 #include "support/TestTree.h"
 
 #include <gtest/gtest.h>
@@ -13,20 +19,7 @@
 #include <wx/stattext.h>
 #include <wx/textctrl.h>
 #include <wx/toplevel.h>
-
-// Helpers of the configuration dialog tests: a real tree with the settings and paths the main
-// window hands the dialogs, English texts, and the user's gestures as the controls send them.
-class ConfigDialogTest : public testing::Test {
-protected:
-    ConfigDialogTest() : tree(KOVIX_SOURCE_DIR) {
-        settings.Load(tree.File("kovix.ini"));
-        InitLangTable(settings, "en");
-    }
-
-    TestTree tree;
-    AppSettings settings;
-    InstallPaths paths{tree.Root(), settings};
-};
+#include <wx/weakref.h>
 
 template <class T> T* Control(wxWindow* top, int id) {
     return wxDynamicCast(wxWindow::FindWindowById(id, top), T);
@@ -43,6 +36,42 @@ template <class T> T* OpenDialog() {
             return found;
     return nullptr;
 }
+
+// A real tree with the settings and paths the main window hands the dialogs; English texts.
+class ConfigDialogTest : public testing::Test {
+protected:
+    ConfigDialogTest() : tree(KOVIX_SOURCE_DIR) {
+        settings.Load(tree.File("kovix.ini"));
+        InitLangTable(settings, "en");
+    }
+
+    // Clicks the main window's button and, in the dialog it opens, waits for the load and clicks
+    // cancelId; true when a Dialog opened. The window's network lookups go to a closed local
+    // port.
+    template <class Dialog> bool OpensFromMainWindow(int buttonId, int cancelId) {
+        settings.SetBool(AppSettings::START_ON_START, false);
+        ScopedEnv ip(HostNameLookupThread::IP_SERVICE_VARIABLE, "127.0.0.1:9");
+        ScopedEnv site(HostNameLookupThread::PRODUCT_SITE_VARIABLE, "127.0.0.1:9");
+        wxWeakRef<WinKovix> window = new WinKovix(tree.Root(), settings);
+        bool opened = false;
+        WhenModal([&] {
+            Dialog* dialog = OpenDialog<Dialog>();
+            opened = dialog != nullptr;
+            if (!dialog)
+                return;
+            EXPECT_TRUE(WaitFor([&] { return !dialog->IsBusy(); }));
+            ClickButton(dialog, cancelId);
+        });
+        ClickButton(window.get(), buttonId);
+        window->Destroy();
+        EXPECT_TRUE(WaitFor([&] { return !window; }));
+        return opened;
+    }
+
+    TestTree tree;
+    AppSettings settings;
+    InstallPaths paths{tree.Root(), settings};
+};
 
 inline void SendListEvent(wxListBox* list, wxEventType type, int row) {
     list->SetSelection(row);

@@ -345,6 +345,11 @@ TEST_F(WinApacheConfTest, RestoreAsksFirstAndThenReloadsTheInitialTemplate) {
     });
 }
 
+TEST_F(WinApacheConfTest, OpensFromTheMainWindow) {
+    EXPECT_TRUE(
+        OpensFromMainWindow<WinApacheConf>(WinKovix::ID_APACHE_CONF, WinApacheConf::ID_CANCEL));
+}
+
 // Closing at any point stops and joins the worker; under ThreadSanitizer this is the race test.
 TEST_F(WinApacheConfTest, OpensLoadsSavesAndCloses50Times) {
     for (int round = 0; round < 50; ++round) {
