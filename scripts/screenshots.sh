@@ -8,8 +8,11 @@
 # scripts/assemble-tree.sh like build/tree, copied into a temporary folder with free ports),
 # starts Apache and MariaDB, puts some page load on them and writes, in English (en) and French
 # (fr): main-LANG-stopped.png, main-LANG-running.png, stats-LANG.png and prefs-LANG.png. Every
-# server it starts is stopped again. Without OUT_DIR the pictures go to docs/screenshots/ and the
-# English running main window is copied to docs/screenshot-main.png for the README.
+# server it starts is stopped again. ConfigDialogScreenshotTest adds the Apache and PHP
+# configuration dialogs in English, both pages each: apache-hosts-en.png, apache-modules-en.png,
+# php-extensions-en.png and php-settings-en.png. Without OUT_DIR the pictures go to
+# docs/screenshots/, and the English running main window and the Apache dialog's virtual-host page
+# are copied to docs/screenshot-main.png and docs/apache-dialog.png for the README.
 #
 set -euo pipefail
 
@@ -28,9 +31,10 @@ mkdir -p "$out"
 out="$(cd "$out" && pwd)"
 
 KOVIX_SCREENSHOTS_DIR="$out" xvfb-run -a -s "-screen 0 1280x1024x24" \
-    "$build/tests/gui_tests" --gtest_filter='ScreenshotTest.*'
+    "$build/tests/gui_tests" --gtest_filter='ScreenshotTest.*:ConfigDialogScreenshotTest.*'
 
 if [ -z "${1:-}" ]; then
     cp "$out/main-en-running.png" "$here/docs/screenshot-main.png"
+    cp "$out/apache-hosts-en.png" "$here/docs/apache-dialog.png"
 fi
 echo "Screenshots in $out"
