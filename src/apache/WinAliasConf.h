@@ -4,7 +4,6 @@
 
 #include <wx/dialog.h>
 
-class wxButton;
 class wxStaticBox;
 class wxStaticText;
 class wxTextCtrl;
