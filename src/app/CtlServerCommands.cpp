@@ -55,17 +55,23 @@ bool Accepts(int port) {
     return Platform::Get().IsLocalPortTaken(port, shortWait);
 }
 
-// Waits for the started server to accept connections on port. A server that ends before fails at
-// once; its own words (its output, then what ownLog adds) become the failure message.
+// MySQL is asked on its own socket file when it has one: another server may answer on its port.
+bool MysqlAccepts(const MysqlServer& mysql) {
+    const wxString socket = mysql.SocketPath();
+    return socket.empty() ? Accepts(mysql.Port()) : Platform::Get().IsLocalSocketAccepting(socket);
+}
+
+// Waits for the started server to accept connections. A server that ends before fails at once;
+// its own words (its output, then what ownLog adds) become the failure message.
 template <typename Server>
 void WaitForStart(
-    Server& server, const wxString& name, int port,
+    Server& server, const wxString& name, const std::function<bool()>& accepts,
     const std::function<wxString()>& ownLog = [] { return wxString(); }) {
     wxString output;
     bool accepting = false;
     WaitUntil([&] {
         output += server.ReadOutput();
-        accepting = Accepts(port);
+        accepting = accepts();
         return accepting || !server.HasActiveChild();
     });
     if (!accepting) {
@@ -142,12 +148,14 @@ void Start(CtlContext& context) {
     if (which.mysql)
         mysql.Start();
     if (which.apache)
-        WaitForStart(apache, "Apache", port);
+        WaitForStart(apache, "Apache", [port] { return Accepts(port); });
     if (which.mysql)
-        WaitForStart(mysql, "MySQL", mysql.Port(), [&] {
-            const wxString log = mysql.ErrorLogPath();
-            return ReadFrom(log, log == logBefore ? logStart : 0);
-        });
+        WaitForStart(
+            mysql, "MySQL", [&] { return MysqlAccepts(mysql); },
+            [&] {
+                const wxString log = mysql.ErrorLogPath();
+                return ReadFrom(log, log == logBefore ? logStart : 0);
+            });
 }
 
 // As the window's Stop: kill every Apache, shut MySQL down in order; then waits until both are

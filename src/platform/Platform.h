@@ -60,6 +60,8 @@ public:
     // Network.
     // True when something accepts a connection on localhost:port within timeoutMs.
     virtual bool IsLocalPortTaken(int port, int timeoutMs) = 0;
+    // True when something accepts a connection on the local (Unix) socket file at path.
+    virtual bool IsLocalSocketAccepting(const wxString& path) = 0;
     // Name and pid of the process listening on the port, e.g. "nginx (pid 812)"; "" when unseen.
     virtual wxString DescribePortHolder(int port) = 0;
 

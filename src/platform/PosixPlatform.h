@@ -19,6 +19,7 @@ public:
     bool ProcessLivesIn(long pid, const wxString& folder) override;
 
     bool IsLocalPortTaken(int port, int timeoutMs) override;
+    bool IsLocalSocketAccepting(const wxString& path) override;
     wxString DescribePortHolder(int port) override;
 
     bool FileModificationTime(const wxString& path, std::int64_t& milliseconds) override;

@@ -6,6 +6,7 @@
 #include <arpa/inet.h>
 #include <cerrno>
 #include <csignal>
+#include <cstring>
 #include <dirent.h>
 #include <fcntl.h>
 #include <fstream>
@@ -14,6 +15,7 @@
 #include <sstream>
 #include <string>
 #include <sys/socket.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 namespace {
@@ -129,6 +131,16 @@ bool HoldsSocket(long pid, const std::vector<std::string>& links) {
     return false;
 }
 
+// A connection to a free port of the ephemeral range may be given that very port as its own
+// and connect to itself: nobody listens there.
+bool IsConnectedToItself(int fd) {
+    sockaddr_storage local{}, peer{};
+    socklen_t localLength = sizeof local, peerLength = sizeof peer;
+    return getsockname(fd, reinterpret_cast<sockaddr*>(&local), &localLength) == 0 &&
+           getpeername(fd, reinterpret_cast<sockaddr*>(&peer), &peerLength) == 0 &&
+           localLength == peerLength && std::memcmp(&local, &peer, localLength) == 0;
+}
+
 } // namespace
 
 std::unique_ptr<ChildProcess> PosixPlatform::StartHidden(const ChildSpec& spec) {
@@ -194,9 +206,25 @@ bool PosixPlatform::IsLocalPortTaken(int port, int timeoutMs) {
             connected = poll(&wait, 1, timeoutMs) == 1 &&
                         getsockopt(fd, SOL_SOCKET, SO_ERROR, &error, &length) == 0 && error == 0;
         }
+        connected = connected && !IsConnectedToItself(fd);
         close(fd);
     }
     freeaddrinfo(address);
+    return connected;
+}
+
+bool PosixPlatform::IsLocalSocketAccepting(const wxString& path) {
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    const std::string bytes = path.utf8_string();
+    if (bytes.empty() || bytes.size() >= sizeof address.sun_path)
+        return false;
+    std::memcpy(address.sun_path, bytes.c_str(), bytes.size() + 1);
+    int fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const bool connected =
+        fd >= 0 && connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
+    if (fd >= 0)
+        close(fd);
     return connected;
 }
 

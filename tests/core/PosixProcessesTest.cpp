@@ -9,12 +9,14 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstring>
 #include <fstream>
 #include <thread>
 
 #include <netinet/in.h>
 #include <sys/prctl.h>
 #include <sys/socket.h>
+#include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -120,4 +122,21 @@ TEST(PosixProcesses, PortTestAndHolderNameTheListener) {
     EXPECT_TRUE(Platform::Get().IsLocalPortTaken(listener.port, 1000));
     EXPECT_EQ(Platform::Get().DescribePortHolder(listener.port),
               wxString::Format("core_tests (pid %ld)", static_cast<long>(getpid())));
+}
+
+TEST(PosixProcesses, SocketFileTestSeesOnlyAListeningSocket) {
+    TempDir dir;
+    const wxString path = dir.File("server.sock");
+    EXPECT_FALSE(Platform::Get().IsLocalSocketAccepting(path));
+    int fd = socket(AF_UNIX, SOCK_STREAM, 0);
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    std::strcpy(address.sun_path, path.utf8_str());
+    ASSERT_EQ(bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    EXPECT_FALSE(Platform::Get().IsLocalSocketAccepting(path)); // bound, not listening
+    ASSERT_EQ(listen(fd, 4), 0);
+    EXPECT_TRUE(Platform::Get().IsLocalSocketAccepting(path));
+    close(fd);
+    EXPECT_FALSE(Platform::Get().IsLocalSocketAccepting(path)); // the file stays, nobody answers
+    EXPECT_FALSE(Platform::Get().IsLocalSocketAccepting(""));
 }

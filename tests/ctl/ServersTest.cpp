@@ -57,8 +57,6 @@ protected:
 struct PortHolder {
     int fd = socket(AF_INET, SOCK_STREAM, 0);
     explicit PortHolder(int port) {
-        int yes = 1;
-        setsockopt(fd, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
         sockaddr_in address{};
         address.sin_family = AF_INET;
         address.sin_port = htons(static_cast<uint16_t>(port));
@@ -147,6 +145,14 @@ TEST_F(Servers, AMysqlThatCannotStartSaysWhyFromItsErrorLog) {
     CommandResult start = Ctl({"start", "mysql"});
     EXPECT_EQ(start.exitCode, 1);
     EXPECT_NE(start.err.Find("unknown variable 'no-such-option=1'"), wxNOT_FOUND) << start.err;
+    ExpectNothingLeft();
+}
+
+TEST_F(Servers, AnotherServerOnTheMysqlPortIsNotTakenForOurs) {
+    PortHolder holder(tree.MysqlPort());
+    CommandResult start = Ctl({"start", "mysql"});
+    EXPECT_EQ(start.exitCode, 1);
+    EXPECT_NE(start.err.Find("Address already in use"), wxNOT_FOUND) << start.err;
     ExpectNothingLeft();
 }
 

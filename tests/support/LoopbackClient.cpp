@@ -21,8 +21,13 @@ int Connect(const std::string& address, int port) {
     inet_pton(AF_INET, address.c_str(), &local.sin_addr);
     remote.sin_addr = local.sin_addr;
     remote.sin_port = htons(static_cast<uint16_t>(port));
+    sockaddr_in own{};
+    socklen_t ownLength = sizeof own;
+    // A connection may be given the free port it connects to and connect to itself.
     if (bind(fd, reinterpret_cast<sockaddr*>(&local), sizeof local) != 0 ||
-        connect(fd, reinterpret_cast<sockaddr*>(&remote), sizeof remote) != 0) {
+        connect(fd, reinterpret_cast<sockaddr*>(&remote), sizeof remote) != 0 ||
+        getsockname(fd, reinterpret_cast<sockaddr*>(&own), &ownLength) != 0 ||
+        own.sin_port == remote.sin_port) {
         close(fd);
         return -1;
     }

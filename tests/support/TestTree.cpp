@@ -14,6 +14,7 @@
 #include <filesystem>
 #include <fstream>
 #include <netinet/in.h>
+#include <random>
 #include <regex>
 #include <signal.h>
 #include <sstream>
@@ -252,19 +253,24 @@ void TestTree::ReapEndedServers() {
     }
 }
 
+// Below the system's range of automatic ports (32768 and up), so that no client connection of
+// this machine is given the port before the server takes it.
 int TestTree::FreePort() {
-    int fd = socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_ANY);
-    socklen_t length = sizeof address;
-    int port = 0;
-    if (fd >= 0 && bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0 &&
-        getsockname(fd, reinterpret_cast<sockaddr*>(&address), &length) == 0)
-        port = ntohs(address.sin_port);
-    if (fd >= 0)
-        close(fd);
-    if (port == 0)
-        throw std::runtime_error("no free port");
-    return port;
+    static std::mt19937 random{std::random_device{}()};
+    std::uniform_int_distribution<int> ports(20000, 32767);
+    for (int attempt = 0; attempt < 100; ++attempt) {
+        const int port = ports(random);
+        int fd = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_ANY);
+        address.sin_port = htons(static_cast<uint16_t>(port));
+        const bool free =
+            fd >= 0 && bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
+        if (fd >= 0)
+            close(fd);
+        if (free)
+            return port;
+    }
+    throw std::runtime_error("no free port");
 }

@@ -48,7 +48,7 @@ public:
     // Reaps server processes this process adopted or started that have ended.
     static void ReapEndedServers();
 
-    // A TCP port nobody listens on now, on any local address.
+    // A TCP port nobody uses now, on any local address, outside the automatic port range.
     static int FreePort();
 
 private:
