@@ -97,6 +97,23 @@ wxString ReadFrom(const wxString& path, wxFileOffset offset) {
     return wxString(bytes.data(), wxConvISO8859_1, got > 0 ? static_cast<size_t>(got) : 0);
 }
 
+// What MySQL adds to its error log from now on: it says why it stops there, not on its output.
+// The log is the one of the last generated my.ini (unknown before the first start: read whole).
+class MysqlLogTail {
+public:
+    explicit MysqlLogTail(const MysqlServer& mysql)
+        : mysql(mysql), path(mysql.ErrorLogPath()), start(FileSize(path)) {}
+    wxString Read() const {
+        const wxString now = mysql.ErrorLogPath();
+        return ReadFrom(now, now == path ? start : 0);
+    }
+
+private:
+    const MysqlServer& mysql;
+    wxString path;
+    wxFileOffset start;
+};
+
 void Status(CtlContext& context) {
     context.ExpectArgCount(0, 0);
     ApacheServer apache(context.paths);
@@ -139,10 +156,7 @@ void Start(CtlContext& context) {
         context.PrintError(PortCheck::PortTakenMessage(context.settings));
         throw CtlFailure(PortCheck::PortHolderLine(port));
     }
-    // MySQL says why it stops in its error log, not on its output: keep where the log ends now
-    // (its path is that of the last generated my.ini; unknown before the first start).
-    const wxString logBefore = mysql.ErrorLogPath();
-    const wxFileOffset logStart = FileSize(logBefore);
+    const MysqlLogTail mysqlLog(mysql);
     if (which.apache)
         apache.Start();
     if (which.mysql)
@@ -151,11 +165,7 @@ void Start(CtlContext& context) {
         WaitForStart(apache, "Apache", [port] { return Accepts(port); });
     if (which.mysql)
         WaitForStart(
-            mysql, "MySQL", [&] { return MysqlAccepts(mysql); },
-            [&] {
-                const wxString log = mysql.ErrorLogPath();
-                return ReadFrom(log, log == logBefore ? logStart : 0);
-            });
+            mysql, "MySQL", [&] { return MysqlAccepts(mysql); }, [&] { return mysqlLog.Read(); });
 }
 
 // As the window's Stop: kill every Apache, shut MySQL down in order; then waits until both are
