@@ -43,7 +43,7 @@ bool ApacheServer::IsRunning() const {
 }
 
 double ApacheServer::CpuUse() {
-    return meter.Measure(ProcessLookup::Find(InstallPaths::ApacheProcessName()));
+    return CpuUse(ProcessLookup::Find(InstallPaths::ApacheProcessName()));
 }
 
 wxString ApacheServer::ReadOutput() {

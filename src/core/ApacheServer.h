@@ -6,6 +6,7 @@
 #include "core/ServerProcess.h"
 
 #include <memory>
+#include <vector>
 
 // The Apache server of the tree: starts it in the foreground as a hidden child from freshly
 // generated configuration files, stops it by killing every "httpd", and tells whether it runs
@@ -22,6 +23,9 @@ public:
 
     bool IsRunning() const;
     double CpuUse();
+    // The processor share of processes already looked up (the status tick looks both servers up
+    // in one pass).
+    double CpuUse(const std::vector<long>& pids) { return meter.Measure(pids); }
     // What the child of the last start has written since the last call; "" when there is none.
     wxString ReadOutput();
     // Pid of the child of the last start, 0 when there is none.

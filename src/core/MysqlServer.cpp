@@ -48,7 +48,7 @@ bool MysqlServer::IsRunning() const {
 }
 
 double MysqlServer::CpuUse() {
-    return meter.Measure(ProcessLookup::Find(InstallPaths::MysqlProcessName()));
+    return CpuUse(ProcessLookup::Find(InstallPaths::MysqlProcessName()));
 }
 
 wxString MysqlServer::ReadOutput() {

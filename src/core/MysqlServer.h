@@ -6,6 +6,7 @@
 #include "core/ServerProcess.h"
 
 #include <memory>
+#include <vector>
 
 // The MySQL (MariaDB) server of the tree: starts it as a hidden child from a freshly generated
 // my.ini, shuts it down in order through the admin tool with the panel's own account, and tells
@@ -28,6 +29,9 @@ public:
 
     bool IsRunning() const;
     double CpuUse();
+    // The processor share of processes already looked up (the status tick looks both servers up
+    // in one pass).
+    double CpuUse(const std::vector<long>& pids) { return meter.Measure(pids); }
     // What the server and then the admin tool wrote since the last call.
     wxString ReadOutput();
     long StartedPid() const;

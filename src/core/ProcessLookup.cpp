@@ -9,8 +9,9 @@
 
 namespace ProcessLookup {
 
-std::vector<long> Find(const wxString& name) {
-    std::vector<long> pids = Platform::Get().FindProcessesByName(name);
+namespace {
+
+std::vector<long> InScope(const std::vector<long>& pids) {
     wxString scope;
     if (!wxGetEnv("KOVIX_PROCESS_SCOPE", &scope) || scope.empty())
         return pids;
@@ -19,6 +20,19 @@ std::vector<long> Find(const wxString& name) {
         if (Platform::Get().ProcessLivesIn(pid, scope))
             inScope.push_back(pid);
     return inScope;
+}
+
+} // namespace
+
+std::vector<std::vector<long>> FindEach(const std::vector<wxString>& names) {
+    std::vector<std::vector<long>> found = Platform::Get().FindProcessesByNames(names);
+    for (std::vector<long>& pids : found)
+        pids = InScope(pids);
+    return found;
+}
+
+std::vector<long> Find(const wxString& name) {
+    return FindEach({name}).front();
 }
 
 bool IsRunning(const wxString& name) {

@@ -11,6 +11,8 @@
 namespace ProcessLookup {
 
 std::vector<long> Find(const wxString& name);
+// For each name, its processes; one pass over the process table (the status tick's lookup).
+std::vector<std::vector<long>> FindEach(const std::vector<wxString>& names);
 bool IsRunning(const wxString& name);
 // Kills every process of the name, scanning again until none is left (a server may fork while
 // it is being killed). Gives up after a few seconds of passes.

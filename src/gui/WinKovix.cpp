@@ -4,6 +4,7 @@
 #include "app/AppSettings.h"
 #include "core/PhpVersions.h"
 #include "core/PortCheck.h"
+#include "core/ProcessLookup.h"
 #include "gui/Images.h"
 #include "gui/WinPrefs.h"
 #include "gui/WinStats.h"
@@ -488,9 +489,11 @@ void WinKovix::StatusTick() {
     if (busy)
         return;
     AppendServerOutput();
-    const bool apacheRuns = IsApacheRunning();
-    const bool mysqlRuns = IsMysqlRunning();
-    ShowServerState(apacheRuns, mysqlRuns);
+    const std::vector<std::vector<long>> servers = ProcessLookup::FindEach(
+        {InstallPaths::ApacheProcessName(), InstallPaths::MysqlProcessName()});
+    const bool apacheRuns = !servers[0].empty();
+    const bool mysqlRuns = !servers[1].empty();
+    ShowServerState(servers[0], servers[1]);
     WatchTemplates();
     StepRestartMachine(apacheRuns, mysqlRuns);
     UpdateInformation();
@@ -509,17 +512,33 @@ wxString WinKovix::StateText(bool runs, double cpu) const {
     return GetLangText("RUNNING") + wxString::Format(" - CPU: %d%%", CpuShare(cpu));
 }
 
-void WinKovix::ShowServerState(bool apacheRuns, bool mysqlRuns) {
-    const double apacheCpu = apacheRuns ? apache.CpuUse() : 0;
-    const double mysqlCpu = mysqlRuns ? mysql.CpuUse() : 0;
-    staticTextStApache->SetLabel(StateText(apacheRuns, apacheCpu));
-    staticTextStMySQL->SetLabel(StateText(mysqlRuns, mysqlCpu));
+void WinKovix::ShowServerState(const std::vector<long>& apachePids,
+                               const std::vector<long>& mysqlPids) {
+    const bool apacheRuns = !apachePids.empty();
+    const bool mysqlRuns = !mysqlPids.empty();
+    const double apacheCpu = apacheRuns ? apache.CpuUse(apachePids) : 0;
+    const double mysqlCpu = mysqlRuns ? mysql.CpuUse(mysqlPids) : 0;
+    SetLabelIfChanged(staticTextStApache, StateText(apacheRuns, apacheCpu));
+    SetLabelIfChanged(staticTextStMySQL, StateText(mysqlRuns, mysqlCpu));
     if (apacheRuns || mysqlRuns)
         FeedChart(CpuShare(apacheCpu), CpuShare(mysqlCpu));
     btn_Start->Enable(!apacheRuns && !mysqlRuns);
     btn_Stop->Enable(apacheRuns || mysqlRuns);
-    statusPicture->SetBitmap(apacheRuns || mysqlRuns ? Images::StatusRunning()
-                                                     : Images::StatusStopped());
+    ShowStatusPicture(apacheRuns || mysqlRuns);
+}
+
+// The tick runs twice a second: only a change is drawn again.
+void WinKovix::SetLabelIfChanged(wxStaticText* label, const wxString& text) {
+    if (label->GetLabel() != text)
+        label->SetLabel(text);
+}
+
+void WinKovix::ShowStatusPicture(bool running) {
+    const int picture = running ? 1 : 0;
+    if (picture == shownPicture)
+        return;
+    shownPicture = picture;
+    statusPicture->SetBitmap(running ? Images::StatusRunning() : Images::StatusStopped());
 }
 
 void WinKovix::FeedChart(int apacheShare, int mysqlShare) {

@@ -168,7 +168,9 @@ private:
 
     void StartApacheChecked(bool thenMysql);
     void AppendServerOutput();
-    void ShowServerState(bool apacheRuns, bool mysqlRuns);
+    void ShowServerState(const std::vector<long>& apachePids, const std::vector<long>& mysqlPids);
+    static void SetLabelIfChanged(wxStaticText* label, const wxString& text);
+    void ShowStatusPicture(bool running);
     void FeedChart(int apacheShare, int mysqlShare);
     void WatchTemplates();
     void StepRestartMachine(bool apacheRuns, bool mysqlRuns);
@@ -239,6 +241,7 @@ private:
     wxStaticText* staticTextStApache = nullptr;
     wxStaticText* staticTextStMySQL = nullptr;
     wxStaticBitmap* statusPicture = nullptr;
+    int shownPicture = -1; // the status picture on screen: -1 none yet, 0 stopped, 1 running
     wxStaticBox* groupStatus = nullptr;
     wxStaticBox* groupServer = nullptr;
     wxStaticBox* groupTools = nullptr;

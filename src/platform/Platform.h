@@ -50,8 +50,13 @@ public:
 
     // Processes.
     virtual std::unique_ptr<ChildProcess> StartHidden(const ChildSpec& spec) = 0;
-    // Live processes whose executable name equals name, ignoring case; zombies are skipped.
-    virtual std::vector<long> FindProcessesByName(const wxString& name) = 0;
+    // For each name, the live processes whose executable name equals it, ignoring case; one pass
+    // over the process table serves every name. Zombies are skipped.
+    virtual std::vector<std::vector<long>>
+    FindProcessesByNames(const std::vector<wxString>& names) = 0;
+    std::vector<long> FindProcessesByName(const wxString& name) {
+        return FindProcessesByNames({name}).front();
+    }
     virtual void KillProcess(long pid) = 0;
     virtual bool ReadProcessorTimes(long pid, ProcessorTimes& times) = 0;
     // True when the process's working folder, executable or command line lies in folder.

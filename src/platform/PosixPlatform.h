@@ -13,7 +13,8 @@ public:
     wxString PathListSeparator() override;
 
     std::unique_ptr<ChildProcess> StartHidden(const ChildSpec& spec) override;
-    std::vector<long> FindProcessesByName(const wxString& name) override;
+    std::vector<std::vector<long>>
+    FindProcessesByNames(const std::vector<wxString>& names) override;
     void KillProcess(long pid) override;
     bool ReadProcessorTimes(long pid, ProcessorTimes& times) override;
     bool ProcessLivesIn(long pid, const wxString& folder) override;
