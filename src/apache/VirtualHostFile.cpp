@@ -54,23 +54,12 @@ const Patterns& Pattern() {
     return patterns;
 }
 
-bool IsInvalidCodePoint(wxUint32 code) {
-    return (code >= 0xD800 && code <= 0xDFFF) || code > 0x10FFFF;
-}
-
-// The template's text. Code points that are not characters (a byte sequence of a damaged file can
-// decode to them) become U+FFFD: the regular expressions reject them, and the UTF-8 writer would
-// turn the whole file into nothing. False when the file is missing or does not decode.
+// The template's text; non-characters of a damaged file become U+FFFD (the regular expressions
+// reject them). False when the file is missing or does not decode.
 bool ReadTemplate(const wxString& path, wxString& text) {
-    if (!TextFiles::Read(path, text))
+    if (!TextFiles::Read(path, text, TextFiles::InvalidCharacters::Replace))
         return false;
-    if (text.empty() && wxFileName::GetSize(path) != wxULongLong(0))
-        return false;
-    const wchar_t* const characters = text.wc_str();
-    for (size_t i = 0; i < text.length(); ++i)
-        if (IsInvalidCodePoint(characters[i]))
-            text[i] = wxUniChar(0xFFFD);
-    return true;
+    return !text.empty() || wxFileName::GetSize(path) == wxULongLong(0);
 }
 
 wxString WithoutLeadingBlanks(const wxString& text) {

@@ -14,23 +14,33 @@ void InitEncoding() {
 
 namespace {
 
-// A UTF-32 file may decode to values that are no characters at all; such text could not be
-// written back, so the file counts as unreadable.
-bool IsWritableText(const wxString& text) {
-    for (wxUniChar c : text)
-        if (c.GetValue() > 0x10FFFF || (c.GetValue() >= 0xD800 && c.GetValue() <= 0xDFFF))
-            return false;
+bool IsCharacter(wxUint32 code) {
+    return code <= 0x10FFFF && (code < 0xD800 || code > 0xDFFF);
+}
+
+// False when a non-character is met and invalid says Reject.
+bool CheckCharacters(wxString& text, InvalidCharacters invalid) {
+    if (sizeof(wchar_t) < 4)
+        return true; // UTF-16 strings hold surrogates as the halves of real characters
+    const wchar_t* characters = text.wc_str();
+    for (size_t i = 0; i < text.length(); ++i)
+        if (!IsCharacter(static_cast<wxUint32>(characters[i]))) {
+            if (invalid == InvalidCharacters::Reject)
+                return false;
+            text[i] = wxUniChar(0xFFFD);
+            characters = text.wc_str();
+        }
     return true;
 }
 
 } // namespace
 
-bool Read(const wxString& path, wxString& text) {
+bool Read(const wxString& path, wxString& text, InvalidCharacters invalid) {
     wxFFile file;
     if (!wxFileExists(path) || !file.Open(path, "rb"))
         return false;
     wxString decoded;
-    if (!file.ReadAll(&decoded, wxConvAuto()) || !IsWritableText(decoded))
+    if (!file.ReadAll(&decoded, wxConvAuto()) || !CheckCharacters(decoded, invalid))
         return false;
     text = decoded;
     return true;

@@ -11,7 +11,13 @@ namespace TextFiles {
 // Makes CP1252 the fallback of automatic detection; call once at start-up.
 void InitEncoding();
 
-bool Read(const wxString& path, wxString& text);
+// What Read does with decoded values that are no characters (a damaged UTF-32 or UTF-8 file can
+// produce surrogates or values past U+10FFFF, which could not be written back): refuse the file,
+// or put U+FFFD in their place where the reader's model is lossy anyway.
+enum class InvalidCharacters { Reject, Replace };
+
+bool Read(const wxString& path, wxString& text,
+          InvalidCharacters invalid = InvalidCharacters::Reject);
 // scratchPath defaults to path + ".temp". On failure the target is left untouched.
 bool WriteAtomically(const wxString& path, const wxString& text, const wxString& scratchPath = "");
 // Copies from over to, replacing it through a scratch file.
