@@ -114,10 +114,10 @@ void PrintTickCosts(WinKovix& window, const wxString& label, const char* goal) {
 class IdleProcesses {
 public:
     explicit IdleProcesses(int count) {
-        ChildSpec spec;
-        spec.commandLine = wxString::Format(
+        ChildSpec launch;
+        launch.commandLine = wxString::Format(
             "/bin/sh -c \"for i in $(seq %d); do sleep 3600 & echo $!; done; wait\"", count);
-        shell = Platform::Get().StartHidden(spec);
+        shell = Platform::Get().StartHidden(launch);
         if (!shell)
             return;
         wxString output;

@@ -1,16 +1,16 @@
 #include "core/ServerProcess.h"
 
 ServerProcess::ServerProcess(const wxString& commandLine, const wxString& workingFolder) {
-    spec.commandLine = commandLine;
-    spec.workingFolder = workingFolder;
+    launch.commandLine = commandLine;
+    launch.workingFolder = workingFolder;
 }
 
 void ServerProcess::SetVariable(const wxString& name, const wxString& value) {
-    spec.environment.emplace_back(name, value);
+    launch.environment.emplace_back(name, value);
 }
 
 bool ServerProcess::Run() {
-    child = Platform::Get().StartHidden(spec);
+    child = Platform::Get().StartHidden(launch);
     return child != nullptr;
 }
 

@@ -15,7 +15,7 @@ public:
     ServerProcess(const wxString& commandLine, const wxString& workingFolder);
 
     // Put in front of the inherited PATH for the child only.
-    void SetPathPrefix(const wxString& prefix) { spec.pathPrefix = prefix; }
+    void SetPathPrefix(const wxString& prefix) { launch.pathPrefix = prefix; }
     // An extra variable of the child's environment (an empty value sets it empty).
     void SetVariable(const wxString& name, const wxString& value);
 
@@ -26,11 +26,11 @@ public:
     wxString ReadOutput();
     long Pid() const;
 
-    const wxString& CommandLine() const { return spec.commandLine; }
-    const wxString& WorkingFolder() const { return spec.workingFolder; }
+    const wxString& CommandLine() const { return launch.commandLine; }
+    const wxString& WorkingFolder() const { return launch.workingFolder; }
 
 private:
-    ChildSpec spec;
+    ChildSpec launch;
     std::unique_ptr<ChildProcess> child;
 };
 

@@ -49,7 +49,7 @@ public:
     virtual wxString PathListSeparator() = 0;
 
     // Processes.
-    virtual std::unique_ptr<ChildProcess> StartHidden(const ChildSpec& spec) = 0;
+    virtual std::unique_ptr<ChildProcess> StartHidden(const ChildSpec& launch) = 0;
     // For each name, the live processes whose executable name equals it, ignoring case; one pass
     // over the process table serves every name. Zombies are skipped.
     virtual std::vector<std::vector<long>>

@@ -113,29 +113,29 @@ bool ExecSucceeded(int statusFd) {
 
 } // namespace
 
-std::vector<std::string> ChildEnvironment(const ChildSpec& spec, char** inherited) {
+std::vector<std::string> ChildEnvironment(const ChildSpec& launch, char** inherited) {
     std::vector<std::string> environment;
     for (char** entry = inherited; entry && *entry; ++entry)
         environment.emplace_back(*entry);
-    if (!spec.pathPrefix.empty()) {
+    if (!launch.pathPrefix.empty()) {
         const char* old = FindEntry(environment, "PATH");
-        SetEntry(environment, "PATH", spec.pathPrefix.utf8_string() + (old ? old : ""));
+        SetEntry(environment, "PATH", launch.pathPrefix.utf8_string() + (old ? old : ""));
     }
-    for (const auto& [name, value] : spec.environment)
+    for (const auto& [name, value] : launch.environment)
         SetEntry(environment, name.utf8_string(), value.utf8_string());
     return environment;
 }
 
-std::unique_ptr<ChildProcess> PosixChildProcess::Start(const ChildSpec& spec) {
+std::unique_ptr<ChildProcess> PosixChildProcess::Start(const ChildSpec& launch) {
     std::vector<std::string> words;
-    for (const wxString& word : CommandLineWords::Split(spec.commandLine, IsExecutableFile))
+    for (const wxString& word : CommandLineWords::Split(launch.commandLine, IsExecutableFile))
         words.push_back(word.utf8_string());
     if (words.empty())
         return nullptr;
-    std::vector<std::string> environment = ChildEnvironment(spec, environ);
+    std::vector<std::string> environment = ChildEnvironment(launch, environ);
     std::vector<char*> argv = Pointers(words);
     std::vector<char*> envp = Pointers(environment);
-    std::string folder = spec.workingFolder.utf8_string();
+    std::string folder = launch.workingFolder.utf8_string();
 
     int output[2], input[2], status[2];
     if (pipe2(output, O_CLOEXEC) != 0)

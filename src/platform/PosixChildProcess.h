@@ -14,7 +14,7 @@
 class PosixChildProcess : public ChildProcess {
 public:
     // Starts the child; nullptr when the program cannot be run (not found, folder missing, ...).
-    static std::unique_ptr<ChildProcess> Start(const ChildSpec& spec);
+    static std::unique_ptr<ChildProcess> Start(const ChildSpec& launch);
     ~PosixChildProcess() override;
 
     long Pid() const override { return pid; }
@@ -32,5 +32,5 @@ private:
 };
 
 // The environment of the child as "NAME=value" entries: the panel's own, with the PATH prefix and
-// the spec's variables applied.
-std::vector<std::string> ChildEnvironment(const ChildSpec& spec, char** inherited);
+// the launch's variables applied.
+std::vector<std::string> ChildEnvironment(const ChildSpec& launch, char** inherited);

@@ -12,7 +12,7 @@ public:
     wxString DefaultTextEditor() override;
     wxString PathListSeparator() override;
 
-    std::unique_ptr<ChildProcess> StartHidden(const ChildSpec& spec) override;
+    std::unique_ptr<ChildProcess> StartHidden(const ChildSpec& launch) override;
     std::vector<std::vector<long>>
     FindProcessesByNames(const std::vector<wxString>& names) override;
     void KillProcess(long pid) override;

@@ -168,8 +168,8 @@ bool IsConnectedToItself(int fd) {
 
 } // namespace
 
-std::unique_ptr<ChildProcess> PosixPlatform::StartHidden(const ChildSpec& spec) {
-    return PosixChildProcess::Start(spec);
+std::unique_ptr<ChildProcess> PosixPlatform::StartHidden(const ChildSpec& launch) {
+    return PosixChildProcess::Start(launch);
 }
 
 // The short name in comm is read first (the cheapest file of a process); only a process of a

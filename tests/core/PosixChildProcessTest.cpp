@@ -15,10 +15,10 @@
 namespace {
 
 std::unique_ptr<ChildProcess> Start(const wxString& commandLine, const wxString& folder = "") {
-    ChildSpec spec;
-    spec.commandLine = commandLine;
-    spec.workingFolder = folder;
-    return Platform::Get().StartHidden(spec);
+    ChildSpec launch;
+    launch.commandLine = commandLine;
+    launch.workingFolder = folder;
+    return Platform::Get().StartHidden(launch);
 }
 
 // Everything the child writes until it ends.
@@ -69,11 +69,12 @@ TEST(PosixChildProcess, EnvironmentGetsThePathPrefixAndTheVariablesButThePanelsS
     wxString pathBefore;
     wxGetEnv("PATH", &pathBefore);
     wxSetEnv("PHP_INI_SCAN_DIR", "/etc/php/conf.d");
-    ChildSpec spec;
-    spec.commandLine = "/bin/sh -c \"echo \\\"$PATH|${PHP_INI_SCAN_DIR-unset}|${EXTRA-unset}\\\"\"";
-    spec.pathPrefix = "/opt/php:";
-    spec.environment = {{"PHP_INI_SCAN_DIR", ""}, {"EXTRA", "1"}};
-    auto child = Platform::Get().StartHidden(spec);
+    ChildSpec launch;
+    launch.commandLine =
+        "/bin/sh -c \"echo \\\"$PATH|${PHP_INI_SCAN_DIR-unset}|${EXTRA-unset}\\\"\"";
+    launch.pathPrefix = "/opt/php:";
+    launch.environment = {{"PHP_INI_SCAN_DIR", ""}, {"EXTRA", "1"}};
+    auto child = Platform::Get().StartHidden(launch);
     ASSERT_TRUE(child);
     EXPECT_EQ(OutputUntilEnd(*child), "/opt/php:" + pathBefore + "||1\n");
     wxString pathAfter, scanDir;
@@ -85,10 +86,10 @@ TEST(PosixChildProcess, EnvironmentGetsThePathPrefixAndTheVariablesButThePanelsS
 }
 
 TEST(PosixChildProcess, APathPrefixAloneWhenThePanelHasNoPath) {
-    ChildSpec spec;
-    spec.pathPrefix = "/opt/php:";
+    ChildSpec launch;
+    launch.pathPrefix = "/opt/php:";
     char* noPath[] = {const_cast<char*>("HOME=/root"), nullptr};
-    std::vector<std::string> environment = ChildEnvironment(spec, noPath);
+    std::vector<std::string> environment = ChildEnvironment(launch, noPath);
     EXPECT_EQ(environment, (std::vector<std::string>{"HOME=/root", "PATH=/opt/php:"}));
 }
 

@@ -39,10 +39,10 @@ wxImage CaptureScreen(const wxRect& rect) {
     // the program had drawn when it asked.
     TempDir folder("kovix-capture");
     const wxString file = folder.File("capture.png");
-    ChildSpec spec;
-    spec.commandLine = wxString::Format("import -window root -crop %dx%d+%d+%d +repage \"%s\"",
-                                        rect.width, rect.height, rect.x, rect.y, file);
-    std::unique_ptr<ChildProcess> child = Platform::Get().StartHidden(spec);
+    ChildSpec launch;
+    launch.commandLine = wxString::Format("import -window root -crop %dx%d+%d+%d +repage \"%s\"",
+                                          rect.width, rect.height, rect.x, rect.y, file);
+    std::unique_ptr<ChildProcess> child = Platform::Get().StartHidden(launch);
     wxImage image;
     if (!child)
         return image;

@@ -39,12 +39,12 @@ wxString ShotsFolder() {
 class PageLoad {
 public:
     explicit PageLoad(int port) {
-        ChildSpec spec;
-        spec.commandLine =
+        ChildSpec launch;
+        launch.commandLine =
             wxString::Format("/bin/sh -c \"while :; do curl -s -o /dev/null http://127.0.0.1:%d/; "
                              "curl -s -o /dev/null http://127.0.0.1:%d/kovix/phpinfo.php; done\"",
                              port, port);
-        child = Platform::Get().StartHidden(spec);
+        child = Platform::Get().StartHidden(launch);
     }
     ~PageLoad() {
         if (child)

@@ -48,10 +48,10 @@ TEST(WinMainAppTest, SecondPanelIsRefusedWhileARealPanelRuns) {
     ASSERT_TRUE(wxCopyFile(KOVIX_PATH, tree.File("kovix")));
     wxChmod(tree.File("kovix"), 0755);
     WriteBytes(tree.File("kovix.ini"), "START_ON_START = \"0\"\n");
-    ChildSpec spec;
-    spec.commandLine = tree.File("kovix");
-    spec.workingFolder = tree.Root();
-    std::unique_ptr<ChildProcess> panel = Platform::Get().StartHidden(spec);
+    ChildSpec launch;
+    launch.commandLine = tree.File("kovix");
+    launch.workingFolder = tree.Root();
+    std::unique_ptr<ChildProcess> panel = Platform::Get().StartHidden(launch);
     ASSERT_TRUE(panel);
     // The lock holds the panel's pid once it is claimed (the file appears empty first).
     ASSERT_TRUE(WaitFor([&] { return !ReadBytes(home.LockFile()).empty(); }, 20000));

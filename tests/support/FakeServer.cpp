@@ -15,10 +15,10 @@ FakeServer::FakeServer(const wxString& root, const wxString& relativePath, const
         throw std::runtime_error("cannot copy " + program.utf8_string() + " to " +
                                  path.utf8_string());
     wxChmod(path, 0755);
-    ChildSpec spec;
-    spec.commandLine = path + " " + arguments;
-    spec.workingFolder = root;
-    child = Platform::Get().StartHidden(spec);
+    ChildSpec launch;
+    launch.commandLine = path + " " + arguments;
+    launch.workingFolder = root;
+    child = Platform::Get().StartHidden(launch);
     if (!child)
         throw std::runtime_error("cannot start " + path.utf8_string());
 }
