@@ -5,8 +5,9 @@
 #include <wx/filefn.h>
 
 ApacheServer::ApacheServer(const InstallPaths& paths)
-    : paths(paths), apacheSource(TemplateWatch::ApacheSource(paths)),
-      phpSource(TemplateWatch::PhpSource(paths)) {}
+    : ServerBase(paths, InstallPaths::ApacheProcessName()),
+      apacheSource(TemplateWatch::ApacheSource(paths)), phpSource(TemplateWatch::PhpSource(paths)) {
+}
 
 wxString ApacheServer::CommandLine() const {
     return paths.ApacheExecutable() + " -DFOREGROUND -f \"" + paths.ApacheLiveConfig() + "\"";
@@ -38,18 +39,6 @@ void ApacheServer::Stop() {
         record->IsActive(); // reaps the killed child at once
 }
 
-bool ApacheServer::IsRunning() const {
-    return ProcessLookup::IsRunning(InstallPaths::ApacheProcessName());
-}
-
-double ApacheServer::CpuUse() {
-    return CpuUse(ProcessLookup::Find(InstallPaths::ApacheProcessName()));
-}
-
 wxString ApacheServer::ReadOutput() {
     return record ? record->ReadOutput() : wxString();
-}
-
-long ApacheServer::StartedPid() const {
-    return record ? record->Pid() : 0;
 }

@@ -1,18 +1,15 @@
 #pragma once
 
 #include "core/ConfigGenerator.h"
-#include "core/CpuMeter.h"
-#include "core/InstallPaths.h"
-#include "core/ServerProcess.h"
+#include "core/ServerBase.h"
 
 #include <memory>
-#include <vector>
 
 // The Apache server of the tree: starts it in the foreground as a hidden child from freshly
 // generated configuration files, stops it by killing every "httpd", and tells whether it runs
 // (by process name), its processor share, what it wrote, and whether the Apache or PHP template
 // changed since the last test. One object lives as long as the panel.
-class ApacheServer {
+class ApacheServer : public ServerBase {
 public:
     explicit ApacheServer(const InstallPaths& paths);
 
@@ -21,17 +18,8 @@ public:
     bool Start();
     void Stop();
 
-    bool IsRunning() const;
-    double CpuUse();
-    // The processor share of processes already looked up (the status tick looks both servers up
-    // in one pass).
-    double CpuUse(const std::vector<long>& pids) { return meter.Measure(pids); }
     // What the child of the last start has written since the last call; "" when there is none.
     wxString ReadOutput();
-    // Pid of the child of the last start, 0 when there is none.
-    long StartedPid() const;
-    // Whether the child of the last start still runs (asked of the system; reaps it otherwise).
-    bool HasActiveChild() { return record && record->IsActive(); }
 
     // File watch of httpd_source.conf and of the selected version's php_source.ini.
     bool HasSourceChanged() { return apacheSource.HasChanged(); }
@@ -41,10 +29,7 @@ public:
     wxString CommandLine() const;
 
 private:
-    InstallPaths paths;
-    std::unique_ptr<ServerProcess> record;
     bool starting = false;
-    CpuMeter meter;
     TemplateWatch apacheSource;
     TemplateWatch phpSource;
 };

@@ -9,7 +9,8 @@
 #include <wx/tokenzr.h>
 
 MysqlServer::MysqlServer(const InstallPaths& paths)
-    : paths(paths), mysqlSource(TemplateWatch::MysqlSource(paths)) {}
+    : ServerBase(paths, InstallPaths::MysqlProcessName()),
+      mysqlSource(TemplateWatch::MysqlSource(paths)) {}
 
 // The option file must be the first option of both programs.
 wxString MysqlServer::CommandLine() const {
@@ -43,24 +44,12 @@ void MysqlServer::Stop() {
     RunOrForget(adminRecord);
 }
 
-bool MysqlServer::IsRunning() const {
-    return ProcessLookup::IsRunning(InstallPaths::MysqlProcessName());
-}
-
-double MysqlServer::CpuUse() {
-    return CpuUse(ProcessLookup::Find(InstallPaths::MysqlProcessName()));
-}
-
 wxString MysqlServer::ReadOutput() {
     wxString text = note + (record ? record->ReadOutput() : wxString());
     note.clear();
     if (adminRecord)
         text += adminRecord->ReadOutput();
     return text;
-}
-
-long MysqlServer::StartedPid() const {
-    return record ? record->Pid() : 0;
 }
 
 int MysqlServer::Port() const {

@@ -1,18 +1,15 @@
 #pragma once
 
 #include "core/ConfigGenerator.h"
-#include "core/CpuMeter.h"
-#include "core/InstallPaths.h"
-#include "core/ServerProcess.h"
+#include "core/ServerBase.h"
 
 #include <memory>
-#include <vector>
 
 // The MySQL (MariaDB) server of the tree: starts it as a hidden child from a freshly generated
 // my.ini, shuts it down in order through the admin tool with the panel's own account, and tells
 // whether it runs (by process name), its processor share, what it and the admin tool wrote, and
 // whether my_source.ini changed since the last test.
-class MysqlServer {
+class MysqlServer : public ServerBase {
 public:
     // The account of the shipped data that may shut the server down.
     static constexpr const char* ShutdownUser = "kovix";
@@ -27,16 +24,8 @@ public:
     // Returns at once: the server is gone a moment later.
     void Stop();
 
-    bool IsRunning() const;
-    double CpuUse();
-    // The processor share of processes already looked up (the status tick looks both servers up
-    // in one pass).
-    double CpuUse(const std::vector<long>& pids) { return meter.Measure(pids); }
     // What the server and then the admin tool wrote since the last call.
     wxString ReadOutput();
-    long StartedPid() const;
-    // Whether the child of the last start still runs (asked of the system; reaps it otherwise).
-    bool HasActiveChild() { return record && record->IsActive(); }
 
     bool HasSourceChanged() { return mysqlSource.HasChanged(); }
 
@@ -57,9 +46,6 @@ private:
 
     // Said by the next ReadOutput: why the server was not started.
     wxString note;
-    InstallPaths paths;
-    std::unique_ptr<ServerProcess> record;
     std::unique_ptr<ServerProcess> adminRecord;
-    CpuMeter meter;
     TemplateWatch mysqlSource;
 };
