@@ -4,7 +4,9 @@
 #include <wx/ffile.h>
 #include <wx/filefn.h>
 
+#include <algorithm>
 #include <cstdio>
+#include <string>
 
 namespace TextFiles {
 
@@ -39,8 +41,19 @@ bool Read(const wxString& path, wxString& text, InvalidCharacters invalid) {
     wxFFile file;
     if (!wxFileExists(path) || !file.Open(path, "rb"))
         return false;
-    wxString decoded;
-    if (!file.ReadAll(&decoded, wxConvAuto()) || !CheckCharacters(decoded, invalid))
+    std::string bytes(static_cast<size_t>(std::max<wxFileOffset>(file.Length(), 0)), '\0');
+    if (file.Read(bytes.data(), bytes.size()) != bytes.size())
+        return false;
+    if (bytes.empty()) {
+        text.clear();
+        return true;
+    }
+    // Bytes that no candidate encoding can decode (0x81 is not CP1252 either) fail the whole file;
+    // the decoder alone would hand back an empty text as if the file were empty.
+    if (wxConvAuto().ToWChar(nullptr, 0, bytes.data(), bytes.size()) == wxCONV_FAILED)
+        return false;
+    wxString decoded(bytes.data(), wxConvAuto(), bytes.size());
+    if (!CheckCharacters(decoded, invalid))
         return false;
     text = decoded;
     return true;

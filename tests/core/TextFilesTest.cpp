@@ -34,6 +34,12 @@ TEST(TextFiles, TextThatCannotBeWrittenBackIsUnreadable) {
     EXPECT_FALSE(TextFiles::Read(dir.File("php_source.ini"), text));
     EXPECT_EQ(text, "untouched");
     EXPECT_EQ(ReadBytes(dir.File("php_source.ini")), bytes);
+
+    WriteBytes(dir.File("undefined.ini"), "a = \x81\n"); // no character in UTF-8 nor CP1252
+    EXPECT_FALSE(TextFiles::Read(dir.File("undefined.ini"), text));
+    WriteBytes(dir.File("empty.ini"), "");
+    EXPECT_TRUE(TextFiles::Read(dir.File("empty.ini"), text));
+    EXPECT_EQ(text, "");
 }
 
 TEST(TextFiles, FailedWritesLeaveTheTargetByteIdentical) {
