@@ -104,6 +104,7 @@ CtlRegistrar::CtlRegistrar(std::vector<wxString> words, const char* usage, CtlHa
 CtlContext::CtlContext(const wxString& programFolder, std::ostream& out, std::ostream& err)
     : paths(programFolder, settings), out(out), err(err) {
     settings.Load(paths.SettingsFile());
+    loadedSettings = settings;
     InitLangTable(settings);
 }
 

@@ -33,7 +33,10 @@ public:
 
     // Marks the settings as changed: they are written before the program exits.
     void SettingsChanged() { settingsChanged = true; }
-    bool HasChangedSettings() const { return settingsChanged; }
+    // True when a command said it changed the settings and they differ from what was loaded.
+    bool HasChangedSettings() const {
+        return settingsChanged && settings.Entries() != loadedSettings.Entries();
+    }
 
     void Print(const wxString& line);
     void PrintError(const wxString& line);
@@ -49,6 +52,7 @@ private:
     std::ostream& out;
     std::ostream& err;
     bool settingsChanged = false;
+    AppSettings loadedSettings;
 };
 
 using CtlHandler = std::function<void(CtlContext&)>;

@@ -1,11 +1,13 @@
 // kovixctl commands over the editable php.ini settings of the current PHP version's template.
 #include "app/CtlCommand.h"
+#include "core/PhpVersions.h"
 #include "php/PHPControlConfig.h"
 
 namespace {
 
 void Settings(CtlContext& context) {
     context.ExpectArgCount(0, 0);
+    PhpVersions::SelectFirstIfUnset(context.settings, context.paths);
     const PHPControlConfig table(context.paths);
     if (context.json) {
         nlohmann::json list = nlohmann::json::array();
@@ -34,6 +36,7 @@ wxString ChoiceNamed(const PHPSettingRecord& record, const wxString& text) {
 
 void Set(CtlContext& context) {
     context.ExpectArgCount(2, 2);
+    PhpVersions::SelectFirstIfUnset(context.settings, context.paths);
     PHPControlConfig table(context.paths);
     PHPSettingRecord* record = table.Find(context.Arg(0));
     if (!record)

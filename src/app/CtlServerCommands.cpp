@@ -3,6 +3,7 @@
 #include "app/CtlCommand.h"
 #include "core/ApacheServer.h"
 #include "core/Cleanup.h"
+#include "core/ConfigGenerator.h"
 #include "core/MysqlServer.h"
 #include "core/PhpVersions.h"
 #include "core/PortCheck.h"
@@ -146,7 +147,7 @@ void Status(CtlContext& context) {
 // together; then waits for both.
 void Start(CtlContext& context) {
     Which which = ParseWhich(context);
-    PhpVersions::SelectFirstIfUnset(context.settings, context.paths);
+    ConfigGenerator::ApplyStartupDefaults(context.settings, context.paths);
     ApacheServer apache(context.paths);
     MysqlServer mysql(context.paths);
     which.apache = which.apache && !apache.IsRunning();
@@ -207,9 +208,10 @@ void Restore(CtlContext& context) {
     context.ExpectArgCount(1, 1);
     if (context.Arg(0) == "apache")
         Cleanup::RestoreApache(context.paths);
-    else if (context.Arg(0) == "php")
+    else if (context.Arg(0) == "php") {
+        PhpVersions::SelectFirstIfUnset(context.settings, context.paths);
         Cleanup::RestorePhp(context.paths);
-    else
+    } else
         throw CtlUsageError("restore apache|php");
 }
 

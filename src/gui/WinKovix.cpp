@@ -561,6 +561,13 @@ void WinKovix::StepRestartMachine(bool apacheRuns, bool mysqlRuns) {
             apache.Stop();
             mysql.Stop();
             restartState = RESTART_STOPPED;
+        } else if (restartState == RESTART_STOPPED) {
+            // A MySQL stop is skipped while an earlier shutdown is still under way (the admin
+            // tool outlives the server by a second): ask again until both are gone.
+            if (apacheRuns)
+                apache.Stop();
+            if (mysqlRuns)
+                mysql.Stop();
         }
     } else if (restartState == RESTART_STOPPED) {
         apache.Start();
@@ -824,11 +831,14 @@ void WinKovix::OnClose(wxCloseEvent& event) {
             return;
         }
         if (answer == wxYES) {
+            statusTimer.Stop();
             Hide();
             apache.Stop();
             mysql.Stop();
         }
     }
+    // Destroy only schedules the deletion: no tick (and no pending restart) may run meanwhile.
+    statusTimer.Stop();
     Hide();
     Destroy();
 }
