@@ -40,6 +40,13 @@ const HelpPage HELP_PAGES[] = {
     {WinApacheConf::ID_HELP_DIRECTORY, "/docs/2.2/mod/core.html#directory"},
 };
 
+bool IsHelpButton(int id) {
+    for (const HelpPage& page : HELP_PAGES)
+        if (page.buttonId == id)
+            return true;
+    return false;
+}
+
 // A host without a name is the main server.
 wxString HostEntry(const VirtualHostRecord& host) {
     return (host.ServerName.empty() ? wxString("Apache Main") : host.ServerName) + " " +
@@ -368,6 +375,9 @@ void WinApacheConf::UpdateControls() {
     static const VirtualHostRecord none;
     const VirtualHostRecord* host = SelectedHost();
     const VirtualHostRecord& shown = host ? *host : none;
+    // The help buttons stay usable: they only open documentation.
+    for (wxWindow* child : groupBoxHost->GetChildren())
+        child->Enable(host != nullptr || IsHelpButton(child->GetId()));
     edit_ServerIP->ChangeValue(shown.address);
     edit_ServerName->ChangeValue(shown.ServerName);
     edit_ServerAlias->ChangeValue(shown.ServerAlias);
@@ -375,7 +385,6 @@ void WinApacheConf::UpdateControls() {
     FillList(listBoxAliases, AliasEntries(shown), btn_AliasRemove);
     FillList(listBoxDirectories, DirectoryEntries(shown), btn_DirectoryRemove);
     FillList(listBoxOthers, shown.others, btn_OthersRemove);
-    groupBoxHost->Enable(host != nullptr);
 }
 
 void WinApacheConf::OnHostSelected(wxCommandEvent&) {

@@ -193,6 +193,11 @@ void WinPHPExt::ShowLoaded() {
     }
     combo_SettingValue->Clear();
     combo_SettingValue->Disable();
+    // Nothing is selected in the refilled lists: no description either.
+    ShowDescription(label_ModuleDescription, GetLangText("NO_DESCRIPTION"));
+    ShowDescription(label_SettingDescription, GetLangText("NO_DESCRIPTION"));
+    link_Description->SetURL("");
+    link_SettingDescription->SetURL("");
 }
 
 void WinPHPExt::OnOk(wxCommandEvent&) {
