@@ -5,40 +5,24 @@
 
 #include <functional>
 
-TEST(ImagesTest, EveryPictureDecodesAtItsSize) {
+TEST(ImagesTest, EveryPictureDecodesOnceAtItsSize) {
     const struct {
-        const char* name;
         std::function<wxBitmap()> get;
         int size;
     } pictures[] = {
-        {"StatusStopped", Images::StatusStopped, 48},
-        {"StatusRunning", Images::StatusRunning, 48},
-        {"Logs", Images::Logs, 16},
-        {"Stats", Images::Stats, 16},
-        {"EditPhpFile", Images::EditPhpFile, 16},
-        {"EditApacheFile", Images::EditApacheFile, 16},
-        {"StartMenu", Images::StartMenu, 16},
-        {"StopMenu", Images::StopMenu, 16},
-        {"Start", Images::Start, 16},
-        {"Stop", Images::Stop, 16},
-        {"WwwSite", Images::WwwSite, 16},
-        {"WwwFolder", Images::WwwFolder, 16},
-        {"PhpMyAdmin", Images::PhpMyAdmin, 16},
-        {"PhpInfo", Images::PhpInfo, 16},
-        {"SQLite", Images::SQLite, 16},
-        {"Preferences", Images::Preferences, 16},
-        {"PhpConfig", Images::PhpConfig, 16},
-        {"ApacheConfig", Images::ApacheConfig, 16},
-        {"Logo", Images::Logo, 48},
-        {"Gear", Images::Gear, 24},
-        {"Globe", Images::Globe, 24},
-    };
-    for (const auto& picture : pictures) {
-        const wxBitmap bitmap = picture.get();
-        ASSERT_TRUE(bitmap.IsOk()) << picture.name;
-        EXPECT_EQ(bitmap.GetSize(), wxSize(picture.size, picture.size)) << picture.name;
-        EXPECT_TRUE(bitmap.ConvertToImage().HasAlpha()) << picture.name;
-        EXPECT_TRUE(picture.get().IsSameAs(bitmap)) << picture.name << " is decoded once";
+        {Images::StatusStopped, 48}, {Images::StatusRunning, 48}, {Images::Logs, 16},
+        {Images::Stats, 16},         {Images::EditPhpFile, 16},   {Images::EditApacheFile, 16},
+        {Images::StartMenu, 16},     {Images::StopMenu, 16},      {Images::Start, 16},
+        {Images::Stop, 16},          {Images::WwwSite, 16},       {Images::WwwFolder, 16},
+        {Images::PhpMyAdmin, 16},    {Images::PhpInfo, 16},       {Images::SQLite, 16},
+        {Images::Preferences, 16},   {Images::PhpConfig, 16},     {Images::ApacheConfig, 16},
+        {Images::Logo, 48},          {Images::Gear, 24},          {Images::Globe, 24}};
+    for (size_t i = 0; i < std::size(pictures); ++i) {
+        const wxBitmap bitmap = pictures[i].get();
+        ASSERT_TRUE(bitmap.IsOk()) << i;
+        EXPECT_EQ(bitmap.GetSize(), wxSize(pictures[i].size, pictures[i].size)) << i;
+        EXPECT_TRUE(bitmap.ConvertToImage().HasAlpha()) << i;
+        EXPECT_TRUE(pictures[i].get().IsSameAs(bitmap)) << i << " is decoded once";
     }
 }
 

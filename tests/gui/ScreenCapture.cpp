@@ -1,7 +1,6 @@
 #include "gui/ScreenCapture.h"
 
-#include "gui/GuiWait.h"
-
+#include "gui/GuiTesting.h"
 #include "platform/Platform.h"
 #include "support/TempDir.h"
 
@@ -27,10 +26,10 @@ bool PaintWatch::Wait(int timeoutMs) {
     return seen;
 }
 
-bool WaitForPaint(wxWindow& window, int timeoutMs) {
+bool WaitForPaint(wxWindow& window) {
     PaintWatch watch(window);
     window.Refresh();
-    return watch.Wait(timeoutMs);
+    return watch.Wait();
 }
 
 wxImage CaptureScreen(const wxRect& rect) {
@@ -51,8 +50,4 @@ wxImage CaptureScreen(const wxRect& rect) {
     if (wxFileExists(file))
         image.LoadFile(file, wxBITMAP_TYPE_PNG);
     return image;
-}
-
-wxImage CaptureWindow(const wxWindow& window) {
-    return CaptureScreen(window.GetScreenRect());
 }

@@ -1,11 +1,7 @@
 #pragma once
 
-#include <wx/gdicmn.h>
-#include <wx/image.h>
-
-class wxWindow;
-
 #include <wx/event.h>
+#include <wx/image.h>
 
 // Notes the paint events of a window from construction on, so that a test can wait until a change
 // has reached the screen before it looks.
@@ -22,10 +18,7 @@ private:
 };
 
 // Refreshes window and waits until it has painted itself.
-bool WaitForPaint(wxWindow& window, int timeoutMs = 5000);
-
-// What the X server shows in a rectangle of the screen (Xvfb in the tests), as drawn so far;
-// an invalid image when ImageMagick's import is missing.
+bool WaitForPaint(wxWindow& window);
+// What the X server shows of a rectangle of the screen (Xvfb in the tests), as drawn so far; an
+// invalid image when ImageMagick's import is missing.
 wxImage CaptureScreen(const wxRect& rect);
-// The window with everything inside it as it stands on the screen.
-wxImage CaptureWindow(const wxWindow& window);

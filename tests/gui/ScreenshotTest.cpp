@@ -1,129 +1,76 @@
-// Screenshots for the documentation, taken of the real panel against a real tree with running
-// servers: the main window stopped and running, the statistics window and the preferences dialog,
-// in English and in French. Runs only when KOVIX_SCREENSHOTS_DIR names the folder to write to
-// (scripts/screenshots.sh sets it); otherwise it does nothing.
-#include "app/AppSettings.h"
-#include "gui/GuiWait.h"
+// Screenshots for the documentation, taken against a real tree and written to the folder that
+// KOVIX_SCREENSHOTS_DIR names (scripts/screenshots.sh sets it; without it the tests do nothing):
+// the main window stopped and running, the statistics and the preferences in English and French,
+// and both pages of the Apache and PHP configuration dialogs in English.
+#include "apache/WinApacheConf.h"
+#include "gui/GuiFixtures.h"
 #include "gui/ScreenCapture.h"
-#include "gui/WinKovix.h"
 #include "gui/WinPrefs.h"
 #include "gui/WinStats.h"
-#include "lang/LangTable.h"
-#include "net/HostNameLookupThread.h"
+#include "php/WinPHPExt.h"
 #include "platform/Platform.h"
-#include "support/LocalHttpServer.h"
-#include "support/ScopedEnv.h"
 #include "support/TempDir.h"
-#include "support/TestTree.h"
 
-#include <gtest/gtest.h>
 #include <wx/filename.h>
-#include <wx/stattext.h>
-#include <wx/weakref.h>
-
-#include <memory>
+#include <wx/notebook.h>
 
 namespace {
 
-const int SERVER_WAIT_MS = 30000;
-// Ticks of page load before the running shots, so that the chart has something to show.
-const int LOAD_MS = 25000;
-
 wxString ShotsFolder() {
     wxString folder;
-    return wxGetEnv("KOVIX_SCREENSHOTS_DIR", &folder) ? folder : wxString();
+    wxGetEnv("KOVIX_SCREENSHOTS_DIR", &folder);
+    return folder;
 }
 
-// Asks Apache for pages without pause (the welcome page, which also talks to MySQL, and
-// phpinfo), like a developer reloading a site, until destroyed.
-class PageLoad {
-public:
-    explicit PageLoad(int port) {
-        ChildSpec launch;
-        launch.commandLine =
-            wxString::Format("/bin/sh -c \"while :; do curl -s -o /dev/null http://127.0.0.1:%d/; "
-                             "curl -s -o /dev/null http://127.0.0.1:%d/kovix/phpinfo.php; done\"",
-                             port, port);
-        child = Platform::Get().StartHidden(launch);
-    }
-    ~PageLoad() {
-        if (child)
-            Platform::Get().KillProcess(child->Pid());
-    }
+void Shoot(wxWindow& window, const wxString& name) {
+    window.Raise();
+    ASSERT_TRUE(WaitForPaint(window));
+    const wxImage shot = CaptureScreen(window.GetScreenRect());
+    ASSERT_TRUE(shot.IsOk()) << "ImageMagick's import is needed";
+    const wxString file = wxFileName(ShotsFolder(), name + ".png").GetFullPath();
+    ASSERT_TRUE(shot.SaveFile(file, wxBITMAP_TYPE_PNG));
+}
 
-private:
-    std::unique_ptr<ChildProcess> child;
-};
+void ShootPage(wxDialog& dialog, int page, const wxString& name) {
+    Named<wxNotebook>(&dialog, "notebook")->SetSelection(page);
+    Shoot(dialog, name);
+}
 
-class ScreenshotTest : public testing::Test {
+class ScreenshotTest : public MainWindowTest<RealTree> {
 protected:
     void SetUp() override {
-        folder = ShotsFolder();
-        if (folder.empty())
+        if (ShotsFolder().empty())
             GTEST_SKIP() << "KOVIX_SCREENSHOTS_DIR is not set";
-        tree = std::make_unique<TestTree>(KOVIX_SOURCE_DIR);
-        settings.Load(tree->File("kovix.ini"));
-        settings.SetBool(AppSettings::START_ON_START, false);
-        // The information box answered by local stand-ins: no request leaves the machine.
         ipService.Serve("/", "203.0.113.7\n");
         productSite.Serve(HostNameLookupThread::VERSION_PATH, "version = \"1.1\"");
     }
-    void TearDown() override {
-        Close();
-        tree.reset();
-    }
 
-    void Open(const char* language) {
+    void OpenIn(const char* language) {
         settings.SetString(AppSettings::CURRENT_LANG, language);
         InitLangTable(settings, language);
-        ScopedEnv ip(HostNameLookupThread::IP_SERVICE_VARIABLE, ipService.HostAndPort());
-        ScopedEnv site(HostNameLookupThread::PRODUCT_SITE_VARIABLE, productSite.HostAndPort());
-        window = new WinKovix(tree->Root(), settings);
-        window->Show();
+        Open(ipService, productSite).Show();
         ASSERT_TRUE(WaitFor([&] { return Label(WinKovix::ID_IP_VALUE) == "203.0.113.7"; }));
     }
-    void Close() {
-        if (!window)
-            return;
-        window->Destroy();
-        EXPECT_TRUE(WaitFor([&] { return !window; }));
-    }
 
-    wxString Label(int id) { return wxWindow::FindWindowById(id, window.get())->GetLabel(); }
-    bool WaitForStates(const wxString& apache, const wxString& mysql) {
-        return WaitFor(
-            [&] {
-                return Label(WinKovix::ID_STATUS_APACHE).StartsWith(apache) &&
-                       Label(WinKovix::ID_STATUS_MYSQL).StartsWith(mysql);
-            },
-            SERVER_WAIT_MS);
-    }
-
-    void Shoot(wxWindow& shown, const wxString& name) {
-        shown.Raise();
-        ASSERT_TRUE(WaitForPaint(shown));
-        const wxImage shot = CaptureWindow(shown);
-        ASSERT_TRUE(shot.IsOk()) << "ImageMagick's import is needed";
-        ASSERT_TRUE(
-            shot.SaveFile(wxFileName(folder, name + ".png").GetFullPath(), wxBITMAP_TYPE_PNG));
-    }
-
-    // The running shots after LOAD_MS of page load: main window, statistics, preferences.
+    // After 25 s of page requests and a few quiet ticks, so that the chart shows the load falling
+    // off at its right edge: the main window, the statistics and the preferences of a new user.
     void ShootRunning(const wxString& language) {
-        {
-            PageLoad load(tree->ApachePort());
-            WaitFor([] { return false; }, LOAD_MS);
-        }
-        // A few quiet ticks show the load falling off at the right edge of the chart.
+        ChildSpec load;
+        load.commandLine =
+            wxString::Format("/bin/sh -c \"while :; do curl -s -o /dev/null http://127.0.0.1:%d/; "
+                             "curl -s -o /dev/null http://127.0.0.1:%d/kovix/phpinfo.php; done\"",
+                             tree.ApachePort(), tree.ApachePort());
+        const std::unique_ptr<ChildProcess> requests = Platform::Get().StartHidden(load);
+        WaitFor([] { return false; }, 25000);
+        if (requests)
+            Platform::Get().KillProcess(requests->Pid());
         WaitFor([] { return false; }, 3000);
         Shoot(*window, "main-" + language + "-running");
 
-        WinStats& stats = *window->GetStatsWindow();
-        stats.Show();
-        Shoot(stats, "stats-" + language);
-        stats.Hide();
+        window->GetStatsWindow()->Show();
+        Shoot(*window->GetStatsWindow(), "stats-" + language);
+        window->GetStatsWindow()->Hide();
 
-        // The preferences as a new user sees them.
         settings.SetBool(AppSettings::START_ON_START, true);
         TempDir scratch("kovix-shots");
         auto* prefs = new WinPrefs(window, settings, scratch.File("kovix.ini"));
@@ -133,35 +80,74 @@ protected:
         settings.SetBool(AppSettings::START_ON_START, false);
     }
 
-    wxString folder;
-    std::unique_ptr<TestTree> tree;
-    AppSettings settings;
     LocalHttpServer ipService;
     LocalHttpServer productSite;
-    wxWeakRef<WinKovix> window;
 };
+
+class ConfigDialogScreenshotTest : public ConfigDialogTest<WinApacheConf> {
+protected:
+    void SetUp() override {
+        if (ShotsFolder().empty())
+            GTEST_SKIP() << "KOVIX_SCREENSHOTS_DIR is not set";
+    }
+};
+
+const char* const SAMPLE_HOSTS = "\n<VirtualHost *:80>\n"
+                                 "\tDocumentRoot \"{DOCUMENTPATH}/shop\"\n"
+                                 "\tServerName \"shop.local\"\n"
+                                 "\tServerAlias \"www.shop.local\"\n"
+                                 "\tAlias \"/media\" \"{DOCUMENTPATH}/shop-media\"\n"
+                                 "\tErrorLog \"{APACHEPATH}/logs/shop-error.log\"\n"
+                                 "\t<Directory \"{DOCUMENTPATH}/shop\">\n"
+                                 "\t\tAllowOverride All\n"
+                                 "\t\tOptions FollowSymLinks Indexes \n"
+                                 "\t\tRequire all granted\n"
+                                 "\t</Directory>\n"
+                                 "</VirtualHost>\n"
+                                 "<VirtualHost 127.0.0.1:80>\n"
+                                 "\tServerName \"blog.local\"\n"
+                                 "\tDocumentRoot \"{DOCUMENTPATH}/blog\"\n"
+                                 "</VirtualHost>\n";
 
 } // namespace
 
 // One server session for both languages: the French window starts the servers and is closed
 // with them running, the English one finds them running and stops them.
 TEST_F(ScreenshotTest, MainStatisticsAndPreferencesInEnglishAndFrench) {
-    Open("en");
-    ASSERT_TRUE(WaitForStates("Stopped", "Stopped"));
+    OpenIn("en");
+    ASSERT_TRUE(WaitForStates("Stopped", "Stopped", 30000));
     Shoot(*window, "main-en-stopped");
     Close();
 
-    Open("fr");
-    ASSERT_TRUE(WaitForStates(wxString::FromUTF8("Arrêté"), wxString::FromUTF8("Arrêté")));
+    OpenIn("fr");
+    ASSERT_TRUE(WaitForStates(wxString::FromUTF8("Arrêté"), wxString::FromUTF8("Arrêté"), 30000));
     Shoot(*window, "main-fr-stopped");
     window->StartBoth();
-    ASSERT_TRUE(WaitForStates(wxString::FromUTF8("Démarré"), wxString::FromUTF8("Démarré")));
+    ASSERT_TRUE(WaitForStates(wxString::FromUTF8("Démarré"), wxString::FromUTF8("Démarré"), 30000));
     ShootRunning("fr");
     Close();
 
-    Open("en");
-    ASSERT_TRUE(WaitForStates("Running", "Running"));
+    OpenIn("en");
+    ASSERT_TRUE(WaitForStates("Running", "Running", 30000));
     ShootRunning("en");
     window->StopBoth();
-    EXPECT_TRUE(WaitForStates("Stopped", "Stopped"));
+    EXPECT_TRUE(WaitForStates("Stopped", "Stopped", 30000));
+}
+
+TEST_F(ConfigDialogScreenshotTest, ApacheAndPhpDialogs) {
+    WriteBytes(paths.ApacheSourceConfig(), ReadBytes(paths.ApacheSourceConfig()) + SAMPLE_HOSTS);
+    WinApacheConf apache(nullptr, paths);
+    WinPHPExt php(nullptr, paths);
+    apache.Show();
+    php.Show();
+    ASSERT_TRUE(WaitFor([&] { return !apache.IsBusy() && !php.IsBusy(); }));
+    Choose(Control(&apache, WinApacheConf::ID_HOSTS), 0);
+    ShootPage(apache, 0, "apache-hosts-en");
+    Choose(Control(&apache, WinApacheConf::ID_MODULES), "rewrite_module");
+    ShootPage(apache, 1, "apache-modules-en");
+    apache.Hide();
+    Choose(Control(&php, WinPHPExt::ID_EXTENSIONS), "curl");
+    ShootPage(php, 0, "php-extensions-en");
+    Choose(Control(&php, WinPHPExt::ID_SETTINGS), "Display errors");
+    ShootPage(php, 1, "php-settings-en");
 }

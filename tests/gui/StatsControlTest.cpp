@@ -6,23 +6,12 @@
 #include <wx/image.h>
 
 #include <cstdlib>
-#include <memory>
 
 namespace {
 
 // A fixed text width keeps the legend arithmetic independent of the installed fonts.
 int SixPixelsPerCharacter(const wxString& text) {
     return 6 * static_cast<int>(text.length());
-}
-
-std::vector<ChartSeries> ConstantSeries(std::uint16_t apache, std::uint16_t mysql) {
-    std::vector<ChartSeries> series = MakeCpuSeries();
-    for (int i = 0; i < 100; ++i) {
-        series[0].Add(apache);
-        series[1].Add(mysql);
-        series[2].Add(apache + mysql);
-    }
-    return series;
 }
 
 bool Near(const wxImage& image, int x, int y, const wxColour& colour) {
@@ -32,31 +21,10 @@ bool Near(const wxImage& image, int x, int y, const wxColour& colour) {
            std::abs(image.GetBlue(x, y) - colour.Blue()) <= tolerance;
 }
 
-class StatsControlTest : public testing::Test {
-protected:
-    void SetUp() override {
-        frame = new wxFrame(nullptr, wxID_ANY, "chart");
-        chart = new StatsControl(frame, wxID_ANY, &series, wxDefaultPosition, wxSize(400, 200));
-    }
-    void TearDown() override { frame->Destroy(); }
-
-    wxImage Drawn(const wxSize& size) {
-        wxBitmap bitmap(size.x, size.y, 24);
-        {
-            wxMemoryDC dc(bitmap);
-            chart->Draw(dc, size);
-        }
-        return bitmap.ConvertToImage();
-    }
-
-    std::vector<ChartSeries> series = MakeCpuSeries();
-    wxFrame* frame = nullptr;
-    StatsControl* chart = nullptr;
-};
-
 } // namespace
 
-TEST_F(StatsControlTest, NewSeriesLieFlatAtTheBottomWithZeroLegendsAtTheTopRight) {
+TEST(StatsControlTest, NewSeriesLieFlatAtTheBottomWithZeroLegendsAtTheTopRight) {
+    std::vector<ChartSeries> series = MakeCpuSeries();
     const ChartLayout layout =
         StatsControl::ComputeLayout(wxSize(400, 200), series, SixPixelsPerCharacter);
 
@@ -86,7 +54,8 @@ TEST_F(StatsControlTest, NewSeriesLieFlatAtTheBottomWithZeroLegendsAtTheTopRight
     }
 }
 
-TEST_F(StatsControlTest, SegmentEndPointsFollowTheIntegerArithmetic) {
+TEST(StatsControlTest, SegmentEndPointsFollowTheIntegerArithmetic) {
+    std::vector<ChartSeries> series = MakeCpuSeries();
     for (std::uint16_t value : {10, 33, 99, 100, 150})
         series[0].Add(value);
     const ChartLayout layout =
@@ -109,7 +78,7 @@ TEST_F(StatsControlTest, SegmentEndPointsFollowTheIntegerArithmetic) {
     EXPECT_EQ(layout.legends[0].position, wxPoint(397 - 6 * 13 - 5, 2));
 }
 
-TEST_F(StatsControlTest, ASingleSampleSeriesHasOnlyItsLegend) {
+TEST(StatsControlTest, ASingleSampleSeriesHasOnlyItsLegend) {
     std::vector<ChartSeries> one{ChartSeries("Solo", wxColour(255, 0, 0), 1)};
     one[0].Add(7);
     const ChartLayout layout =
@@ -119,10 +88,23 @@ TEST_F(StatsControlTest, ASingleSampleSeriesHasOnlyItsLegend) {
     EXPECT_TRUE(layout.lines[0].empty());
 }
 
-TEST_F(StatsControlTest, DrawnLinesGridAndBackgroundSitAtTheComputedPixels) {
-    series = ConstantSeries(70, 20);
+TEST(StatsControlTest, DrawnLinesGridAndBackgroundSitAtTheComputedPixels) {
+    std::vector<ChartSeries> series = MakeCpuSeries();
+    for (int i = 0; i < 100; ++i) {
+        series[0].Add(70);
+        series[1].Add(20);
+        series[2].Add(90);
+    }
     const wxSize size(400, 200);
-    const wxImage image = Drawn(size);
+    wxFrame* frame = new wxFrame(nullptr, wxID_ANY, "chart");
+    auto* chart = new StatsControl(frame, wxID_ANY, &series, wxDefaultPosition, size);
+    wxBitmap bitmap(size.x, size.y, 24);
+    {
+        wxMemoryDC dc(bitmap);
+        chart->Draw(dc, size);
+    }
+    frame->Destroy();
+    const wxImage image = bitmap.ConvertToImage();
     wxMemoryDC measure;
     measure.SetFont(wxFont(7, wxFONTFAMILY_DEFAULT, wxFONTSTYLE_NORMAL, wxFONTWEIGHT_NORMAL));
     const ChartLayout layout = StatsControl::ComputeLayout(

@@ -1,25 +1,12 @@
 // The main window's information panel against real local web services: the public IP and the
 // release line as the user sees them, shown once, and a window that keeps ticking while a
 // service stalls.
-#include "app/AppSettings.h"
-#include "gui/GuiWait.h"
-#include "gui/WinKovix.h"
-#include "lang/LangTable.h"
-#include "net/HostNameLookupThread.h"
-#include "support/LocalHttpServer.h"
-#include "support/ScopedEnv.h"
-#include "support/SmallTree.h"
-#include "support/TestTree.h"
+#include "gui/GuiFixtures.h"
 
-#include <gtest/gtest.h>
 #include <wx/hyperlink.h>
-#include <wx/modalhook.h>
-#include <wx/stattext.h>
-#include <wx/weakref.h>
 
 #include <algorithm>
 #include <chrono>
-#include <memory>
 
 namespace {
 
@@ -29,56 +16,13 @@ double SecondsSince(Clock::time_point start) {
     return std::chrono::duration<double>(Clock::now() - start).count();
 }
 
-// Counts the modal dialogs shown while it lives and closes them at once.
-class DialogCounter : public wxModalDialogHook {
-public:
-    DialogCounter() { Register(); }
-    ~DialogCounter() override { Unregister(); }
-    int shown = 0;
-
+class WinKovixInformationTest : public MainWindowTest<SmallTree> {
 protected:
-    int Enter(wxDialog*) override {
-        ++shown;
-        return wxID_CANCEL;
-    }
-    void Exit(wxDialog*) override {}
-};
-
-class WinKovixInformationTest : public testing::Test {
-protected:
-    void SetUp() override {
-        settings.SetBool(AppSettings::START_ON_START, false);
-        settings.SetPort(TestTree::FreePort());
-        InitLangTable(settings, "en");
-    }
-    void TearDown() override { Close(); }
-
-    // Builds the window with its lookups pointed at the two services.
-    WinKovix& Open(const LocalHttpServer& ipService, const LocalHttpServer& productSite) {
-        ScopedEnv ip(HostNameLookupThread::IP_SERVICE_VARIABLE, ipService.HostAndPort());
-        ScopedEnv site(HostNameLookupThread::PRODUCT_SITE_VARIABLE, productSite.HostAndPort());
-        window = new WinKovix(tree.Root(), settings);
-        return *window;
-    }
-    void Close() {
-        if (!window)
-            return;
-        window->Destroy();
-        EXPECT_TRUE(WaitFor([&] { return !window; }));
-    }
-    wxString Label(int id) { return wxWindow::FindWindowById(id, window.get())->GetLabel(); }
-    wxHyperlinkCtrl* Link() {
-        return wxDynamicCast(wxWindow::FindWindowById(WinKovix::ID_UPDATE_LINK, window.get()),
-                             wxHyperlinkCtrl);
-    }
-    bool IsShown(int id) { return wxWindow::FindWindowById(id, window.get())->IsShown(); }
+    wxHyperlinkCtrl* Link() { return Control<wxHyperlinkCtrl>(window, WinKovix::ID_UPDATE_LINK); }
+    bool IsShown(int id) { return Control(window, id)->IsShown(); }
     bool WaitForInformation(int timeoutMs = 15000) {
         return WaitFor([&] { return Label(WinKovix::ID_IP_VALUE) != "Search..."; }, timeoutMs);
     }
-
-    SmallTree tree;
-    AppSettings settings;
-    wxWeakRef<WinKovix> window;
 };
 
 TEST_F(WinKovixInformationTest, ShowsTheAddressAndTheReleaseLine) {
@@ -131,7 +75,7 @@ TEST_F(WinKovixInformationTest, FillsThePanelOnceAndNeverAsksAgain) {
     Open(ipService, productSite);
     ASSERT_TRUE(WaitForInformation());
     Link()->SetLabel("changed");
-    wxWindow::FindWindowById(WinKovix::ID_IP_VALUE, window.get())->SetLabel("changed");
+    Control(window, WinKovix::ID_IP_VALUE)->SetLabel("changed");
     const auto start = Clock::now();
     WaitFor([&] { return SecondsSince(start) > 1.5; }); // three ticks
     EXPECT_EQ(Label(WinKovix::ID_IP_VALUE), "changed");
@@ -142,24 +86,24 @@ TEST_F(WinKovixInformationTest, FillsThePanelOnceAndNeverAsksAgain) {
 
 TEST_F(WinKovixInformationTest, StalledServicesLeaveTheWindowTickingUntilBothLinesShow) {
     LocalHttpServer stalled(true);
-    DialogCounter dialogs;
     Open(stalled, stalled);
     const auto start = Clock::now();
     auto lastLook = start;
     double longestPause = 0;
     int ticks = 0;
-    auto* apacheState = wxWindow::FindWindowById(WinKovix::ID_STATUS_APACHE, window.get());
-    const bool shown = WaitFor(
-        [&] {
-            longestPause = std::max(longestPause, SecondsSince(lastLook));
-            lastLook = Clock::now();
-            if (apacheState->GetLabel() != "seen") { // a tick wrote the state line again
-                ++ticks;
-                apacheState->SetLabel("seen");
-            }
-            return Label(WinKovix::ID_IP_VALUE) != "Search...";
-        },
-        30000);
+    wxWindow* apacheState = Control(window, WinKovix::ID_STATUS_APACHE);
+    bool shown = false;
+    EXPECT_NO_DIALOG(shown = WaitFor(
+                         [&] {
+                             longestPause = std::max(longestPause, SecondsSince(lastLook));
+                             lastLook = Clock::now();
+                             if (apacheState->GetLabel() != "seen") { // a tick wrote it again
+                                 ++ticks;
+                                 apacheState->SetLabel("seen");
+                             }
+                             return Label(WinKovix::ID_IP_VALUE) != "Search...";
+                         },
+                         30000));
     const double seconds = SecondsSince(start);
     ASSERT_TRUE(shown);
     EXPECT_EQ(Label(WinKovix::ID_IP_VALUE), "No available");
@@ -168,7 +112,6 @@ TEST_F(WinKovixInformationTest, StalledServicesLeaveTheWindowTickingUntilBothLin
     EXPECT_GE(seconds, 2 * HostNameLookupThread::TIMEOUT_SECONDS - 1) << "both requests waited";
     EXPECT_LT(longestPause, 1.0) << "the window never stopped for the network";
     EXPECT_GE(ticks, static_cast<int>(seconds / 0.5) - 3) << "the status ticks kept running";
-    EXPECT_EQ(dialogs.shown, 0);
     EXPECT_EQ(stalled.Requests().size(), 2u);
 }
 

@@ -2,32 +2,26 @@
 
 #include "apache/HelpCatalogue.h"
 #include "core/TemplateSwitches.h"
-#include "gui/ConfigDialogTesting.h"
-#include "support/TempDir.h"
+#include "gui/GuiFixtures.h"
 
-#include <wx/button.h>
 #include <wx/checklst.h>
+#include <wx/combobox.h>
 #include <wx/hyperlink.h>
-#include <wx/notebook.h>
-
-#include <functional>
+#include <wx/stattext.h>
 
 namespace {
 
-class WinPHPExtTest : public ConfigDialogTest {
+class WinPHPExtTest : public ConfigDialogTest<WinPHPExt> {
 protected:
     wxString Source() const { return paths.PhpSourceConfig(); }
-    wxCheckListBox* Extensions(wxWindow* dialog) {
+    static wxCheckListBox* Extensions(wxWindow* dialog) {
         return Control<wxCheckListBox>(dialog, WinPHPExt::ID_EXTENSIONS);
     }
-    wxListBox* Settings(wxWindow* dialog) {
-        return Control<wxListBox>(dialog, WinPHPExt::ID_SETTINGS);
-    }
-    wxComboBox* Value(wxWindow* dialog) {
+    static wxComboBox* Value(wxWindow* dialog) {
         return Control<wxComboBox>(dialog, WinPHPExt::ID_SETTING_VALUE);
     }
-    bool Enabled(wxWindow* dialog, int id) {
-        return wxWindow::FindWindowById(id, dialog)->IsEnabled();
+    static wxString Shown(wxWindow* dialog, const wxString& name) {
+        return Unwrapped(Named<wxStaticText>(dialog, name)->GetLabelText());
     }
     void ReplaceInSource(const std::string& from, const std::string& to) {
         std::string text = ReadBytes(Source());
@@ -35,52 +29,28 @@ protected:
         ASSERT_NE(at, std::string::npos) << from;
         WriteBytes(Source(), text.replace(at, from.size(), to));
     }
-
-    // Shows the dialog modally, runs steps in it once its template is loaded, and returns how it
-    // ended; steps must end it.
-    int RunDialog(const std::function<void(WinPHPExt&)>& steps) {
-        WinPHPExt dialog(nullptr, paths);
-        WhenModal([&] {
-            EXPECT_TRUE(WaitFor([&] { return !dialog.IsBusy(); }));
-            steps(dialog);
-        });
-        return dialog.ShowModal();
-    }
+    size_t TemplateExtensions() const { return TemplateSwitches::ListExtensionLines(paths).size(); }
 };
-
-} // namespace
 
 TEST_F(WinPHPExtTest, LocksOnlyOkAndCancelWhileLoading) {
     WinPHPExt dialog(nullptr, paths);
-    EXPECT_EQ(dialog.GetTitle(), "PHP Extensions");
     EXPECT_EQ(Named<wxStaticText>(&dialog, "label_loading")->GetLabel(),
               "Loading PHP Extensions...");
-    EXPECT_FALSE(Enabled(&dialog, WinPHPExt::ID_OK));
-    EXPECT_FALSE(Enabled(&dialog, WinPHPExt::ID_CANCEL));
-    EXPECT_TRUE(Enabled(&dialog, WinPHPExt::ID_RESTORE));
-    EXPECT_TRUE(Named<wxNotebook>(&dialog, "notebook")->IsEnabled());
-
-    auto* notebook = Named<wxNotebook>(&dialog, "notebook");
-    EXPECT_EQ(notebook->GetPageText(0), "PHP Extensions");
-    EXPECT_EQ(notebook->GetPageText(1), "PHP Setting");
-    EXPECT_EQ(Shown(Named<wxStaticText>(&dialog, "label_ModuleDescription")), "No Description");
-    EXPECT_EQ(Shown(Named<wxStaticText>(&dialog, "label_SettingDescription")), "No Description");
-    EXPECT_EQ(Named<wxStaticText>(&dialog, "text_SettingValue")->GetLabel(), "Value : ");
-    EXPECT_EQ(Control<wxButton>(&dialog, WinPHPExt::ID_RESTORE)->GetLabel(),
-              "Restore initial config");
-    EXPECT_EQ(Control<wxButton>(&dialog, WinPHPExt::ID_CANCEL)->GetName(), "btn_cancel");
-    EXPECT_EQ(Control<wxButton>(&dialog, WinPHPExt::ID_CANCEL)->GetLabel(), "Cancel");
-    EXPECT_EQ(Named<wxHyperlinkCtrl>(&dialog, "link_SettingDescription")->GetLabel(), "link");
+    EXPECT_FALSE(IsEnabled(&dialog, WinPHPExt::ID_OK));
+    EXPECT_FALSE(IsEnabled(&dialog, WinPHPExt::ID_CANCEL));
+    EXPECT_TRUE(IsEnabled(&dialog, WinPHPExt::ID_RESTORE));
+    EXPECT_TRUE(Named<wxWindow>(&dialog, "notebook")->IsEnabled());
 
     ASSERT_TRUE(WaitFor([&] { return !dialog.IsBusy(); }));
-    EXPECT_TRUE(Enabled(&dialog, WinPHPExt::ID_OK));
-    EXPECT_TRUE(Enabled(&dialog, WinPHPExt::ID_CANCEL));
-    EXPECT_FALSE(Named<wxStaticText>(&dialog, "label_loading")->GetParent()->IsShown());
-    EXPECT_EQ(Extensions(&dialog)->GetCount(), TemplateSwitches::ListExtensionLines(paths).size());
-    ASSERT_EQ(Settings(&dialog)->GetCount(), 25u);
+    EXPECT_TRUE(IsEnabled(&dialog, WinPHPExt::ID_OK));
+    EXPECT_TRUE(IsEnabled(&dialog, WinPHPExt::ID_CANCEL));
+    EXPECT_FALSE(Named<wxWindow>(&dialog, "label_loading")->GetParent()->IsShown());
+    EXPECT_EQ(Extensions(&dialog)->GetCount(), TemplateExtensions());
+    auto* settings = Control<wxListBox>(&dialog, WinPHPExt::ID_SETTINGS);
+    ASSERT_EQ(settings->GetCount(), 25u);
     // Table order: alphabetical by directive.
-    EXPECT_EQ(Settings(&dialog)->GetString(0), "Call time pass reference");
-    EXPECT_EQ(Settings(&dialog)->GetString(24), "ZLib output compression");
+    EXPECT_EQ(settings->GetString(0), "Call time pass reference");
+    EXPECT_EQ(settings->GetString(24), "ZLib output compression");
 }
 
 TEST_F(WinPHPExtTest, OkSwitchesExtensionsAndWritesSettings) {
@@ -88,34 +58,34 @@ TEST_F(WinPHPExtTest, OkSwitchesExtensionsAndWritesSettings) {
     ReplaceInSource("\ndisplay_errors = On", "\ndisplay_errors = on");
     EXPECT_EQ(RunDialog([&](WinPHPExt& dialog) {
                   wxCheckListBox* extensions = Extensions(&dialog);
-                  const int gd = RowOf(extensions, "gd");
-                  const int shmop = RowOf(extensions, "shmop");
+                  const int gd = extensions->FindString("gd", true);
+                  const int shmop = extensions->FindString("shmop", true);
                   ASSERT_NE(gd, wxNOT_FOUND);
                   ASSERT_NE(shmop, wxNOT_FOUND);
                   EXPECT_TRUE(extensions->IsChecked(gd));
                   EXPECT_FALSE(extensions->IsChecked(shmop));
-                  SelectRow(extensions, gd);
-                  EXPECT_EQ(Shown(Named<wxStaticText>(&dialog, "label_ModuleDescription")),
+                  Choose(extensions, gd);
+                  EXPECT_EQ(Shown(&dialog, "label_ModuleDescription"),
                             Unwrapped(catalogue.ExtensionDescription("gd")));
                   EXPECT_EQ(Named<wxHyperlinkCtrl>(&dialog, "link_Description")->GetURL(),
                             catalogue.ExtensionLink("gd"));
                   extensions->Check(gd, false);
                   extensions->Check(shmop, true);
 
-                  wxListBox* settings = Settings(&dialog);
-                  SelectRow(settings, RowOf(settings, "Display errors"));
+                  wxWindow* settings = Control(&dialog, WinPHPExt::ID_SETTINGS);
+                  Choose(settings, "Display errors");
                   EXPECT_EQ(Value(&dialog)->GetValue(), "On"); // "on" in the file
-                  SelectRow(settings, RowOf(settings, "ASP tag"));
+                  Choose(settings, "ASP tag");
                   EXPECT_TRUE(Value(&dialog)->IsEnabled());
                   EXPECT_EQ(Value(&dialog)->GetCount(), 2u);
                   EXPECT_EQ(Value(&dialog)->GetSelection(), wxNOT_FOUND); // not in the file
-                  SelectRow(settings, RowOf(settings, "Short open tag"));
+                  Choose(settings, "Short open tag");
                   EXPECT_EQ(Value(&dialog)->GetValue(), "Off");
-                  EXPECT_TRUE(Shown(Named<wxStaticText>(&dialog, "label_SettingDescription"))
+                  EXPECT_TRUE(Shown(&dialog, "label_SettingDescription")
                                   .StartsWith("Tells PHP whether the short form"));
                   EXPECT_EQ(Named<wxHyperlinkCtrl>(&dialog, "link_SettingDescription")->GetURL(),
                             "http://www.php.net/short-open-tag");
-                  ChooseValue(Value(&dialog), "On");
+                  Choose(Value(&dialog), "On");
                   ClickButton(&dialog, WinPHPExt::ID_OK);
                   EXPECT_EQ(Named<wxStaticText>(&dialog, "label_loading")->GetLabel(),
                             "Saving PHP Extensions...");
@@ -133,8 +103,8 @@ TEST_F(WinPHPExtTest, CancelWritesNothing) {
     const std::string original = ReadBytes(Source());
     EXPECT_EQ(RunDialog([&](WinPHPExt& dialog) {
                   Extensions(&dialog)->Check(0, !Extensions(&dialog)->IsChecked(0));
-                  SelectRow(Settings(&dialog), 0);
-                  ChooseValue(Value(&dialog), "On");
+                  Choose(Control(&dialog, WinPHPExt::ID_SETTINGS), 0);
+                  Choose(Value(&dialog), "On");
                   ClickButton(&dialog, WinPHPExt::ID_CANCEL);
               }),
               wxID_CANCEL);
@@ -145,7 +115,7 @@ TEST_F(WinPHPExtTest, RestoreAsksFirstAndThenReloadsTheInitialTemplate) {
     ReplaceInSource("\nextension=php_gd.so", "\n;extension=php_gd.so");
     const std::string edited = ReadBytes(Source());
     RunDialog([&](WinPHPExt& dialog) {
-        const int gd = RowOf(Extensions(&dialog), "gd");
+        const int gd = Extensions(&dialog)->FindString("gd", true);
         EXPECT_FALSE(Extensions(&dialog)->IsChecked(gd));
         wxString message, caption;
         wxTEST_DIALOG(ClickButton(&dialog, WinPHPExt::ID_RESTORE),
@@ -160,11 +130,10 @@ TEST_F(WinPHPExtTest, RestoreAsksFirstAndThenReloadsTheInitialTemplate) {
         // The Apache text first, while the initial file is copied back.
         EXPECT_EQ(Named<wxStaticText>(&dialog, "label_loading")->GetLabel(),
                   "Loading Apache Config...");
-        EXPECT_FALSE(Enabled(&dialog, WinPHPExt::ID_OK));
+        EXPECT_FALSE(IsEnabled(&dialog, WinPHPExt::ID_OK));
         ASSERT_TRUE(WaitFor([&] { return !dialog.IsBusy(); }));
-        EXPECT_EQ(Extensions(&dialog)->GetCount(),
-                  TemplateSwitches::ListExtensionLines(paths).size());
-        EXPECT_TRUE(Extensions(&dialog)->IsChecked(RowOf(Extensions(&dialog), "gd")));
+        EXPECT_EQ(Extensions(&dialog)->GetCount(), TemplateExtensions());
+        EXPECT_TRUE(Extensions(&dialog)->IsChecked(Extensions(&dialog)->FindString("gd", true)));
         EXPECT_EQ(ReadBytes(Source()), ReadBytes(paths.PhpInitialConfig()));
         ClickButton(&dialog, WinPHPExt::ID_CANCEL);
     });
@@ -177,12 +146,8 @@ TEST_F(WinPHPExtTest, RestoreWhileLoadingKeepsTheDialogLockedUntilBothLoadsRepor
     wxTEST_DIALOG(ClickButton(&dialog, WinPHPExt::ID_RESTORE),
                   ExpectMessage(message, caption, wxID_YES));
     ASSERT_TRUE(WaitFor([&] { return !dialog.IsBusy(); }));
-    EXPECT_TRUE(Enabled(&dialog, WinPHPExt::ID_OK));
-    EXPECT_EQ(Extensions(&dialog)->GetCount(), TemplateSwitches::ListExtensionLines(paths).size());
-}
-
-TEST_F(WinPHPExtTest, OpensFromTheMainWindow) {
-    EXPECT_TRUE(OpensFromMainWindow<WinPHPExt>(WinKovix::ID_PHP_EXT, WinPHPExt::ID_CANCEL));
+    EXPECT_TRUE(IsEnabled(&dialog, WinPHPExt::ID_OK));
+    EXPECT_EQ(Extensions(&dialog)->GetCount(), TemplateExtensions());
 }
 
 // Closing at any point stops and joins the workers; under ThreadSanitizer this is the race test.
@@ -208,3 +173,5 @@ TEST_F(WinPHPExtTest, OpensLoadsSavesAndCloses50Times) {
     ASSERT_FALSE(lines.empty());
     EXPECT_FALSE(TemplateSwitches::IsExtensionLineEnabled(lines[0]));
 }
+
+} // namespace

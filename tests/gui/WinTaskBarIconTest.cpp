@@ -1,37 +1,19 @@
 // The tray menu, built afresh on each right-click, and its commands, against a small tree with
 // FakeServer processes standing in for the servers.
 #include "gui/WinTaskBarIcon.h"
-#include "app/AppSettings.h"
-#include "gui/GuiDialogs.h"
-#include "gui/GuiWait.h"
-#include "gui/WinKovix.h"
-#include "lang/LangTable.h"
+#include "gui/GuiFixtures.h"
 #include "support/FakeServer.h"
-#include "support/SmallTree.h"
 
-#include <gtest/gtest.h>
 #include <wx/menu.h>
-#include <wx/weakref.h>
-
-#include <memory>
 
 namespace {
 
-class WinTaskBarIconTest : public testing::Test {
+class WinTaskBarIconTest : public MainWindowTest<SmallTree> {
 protected:
-    void SetUp() override {
-        settings.SetBool(AppSettings::START_ON_START, false);
-        InitLangTable(settings, "en");
-        window = new WinKovix(tree.Root(), settings);
-    }
-    void TearDown() override {
-        if (window)
-            window->Destroy();
-        EXPECT_TRUE(WaitFor([&] { return !window; }));
-    }
+    void SetUp() override { Open(); }
 
-    std::unique_ptr<wxMenu> Menu() { return std::unique_ptr<wxMenu>(Tray().CreatePopupMenu()); }
     WinTaskBarIcon& Tray() { return *window->GetTrayIcon(); }
+    std::unique_ptr<wxMenu> Menu() { return std::unique_ptr<wxMenu>(Tray().CreatePopupMenu()); }
     void Choose(int id) {
         wxCommandEvent event(wxEVT_MENU, id);
         Tray().ProcessEvent(event);
@@ -40,10 +22,6 @@ protected:
         return menu.FindItemByPosition(position)->GetItemLabelText();
     }
     static bool Enabled(wxMenu& menu, int id) { return menu.FindItem(id)->IsEnabled(); }
-
-    SmallTree tree;
-    AppSettings settings;
-    wxWeakRef<WinKovix> window;
 };
 
 TEST_F(WinTaskBarIconTest, MenuListsStateCommandsAndToolsInOrder) {
@@ -72,12 +50,11 @@ TEST_F(WinTaskBarIconTest, MenuListsStateCommandsAndToolsInOrder) {
     ASSERT_EQ(menu->GetMenuItemCount(), std::size(expected));
     for (size_t i = 0; i < std::size(expected); ++i) {
         wxMenuItem* item = menu->FindItemByPosition(i);
-        if (expected[i].id == wxID_SEPARATOR) {
-            EXPECT_TRUE(item->IsSeparator()) << i;
-            continue;
+        EXPECT_EQ(item->IsSeparator(), expected[i].id == wxID_SEPARATOR) << i;
+        if (!item->IsSeparator()) {
+            EXPECT_EQ(item->GetId(), expected[i].id) << i;
+            EXPECT_EQ(item->GetItemLabelText(), expected[i].text) << i;
         }
-        EXPECT_EQ(item->GetId(), expected[i].id) << i;
-        EXPECT_EQ(item->GetItemLabelText(), expected[i].text) << i;
     }
     EXPECT_TRUE(Enabled(*menu, WinTaskBarIcon::ID_START));
     EXPECT_FALSE(Enabled(*menu, WinTaskBarIcon::ID_STOP));
@@ -116,7 +93,8 @@ TEST_F(WinTaskBarIconTest, ShowHideTogglesTheWindowAndStatusLinesDoNothing) {
     EXPECT_TRUE(window->IsShown());
 }
 
-TEST_F(WinTaskBarIconTest, ExitAsksTheCloseQuestionAndCancelKeepsThePanel) {
+// Exit forces the close: Cancel keeps the panel all the same, Yes stops the servers first.
+TEST_F(WinTaskBarIconTest, ExitAsksTheCloseQuestion) {
     window->Show();
     FakeServer httpd(tree.Root(), "apache/bin/httpd");
     wxString message, caption;
@@ -126,9 +104,9 @@ TEST_F(WinTaskBarIconTest, ExitAsksTheCloseQuestionAndCancelKeepsThePanel) {
     ASSERT_TRUE(window);
     EXPECT_TRUE(window->IsShown());
 
-    wxTEST_DIALOG(Choose(WinTaskBarIcon::ID_EXIT), ExpectMessage(message, caption, wxID_NO));
+    wxTEST_DIALOG(Choose(WinTaskBarIcon::ID_EXIT), ExpectMessage(message, caption, wxID_YES));
     EXPECT_TRUE(WaitFor([&] { return !window; }));
-    EXPECT_TRUE(httpd.IsActive());
+    EXPECT_TRUE(WaitFor([&] { return !httpd.IsActive(); }));
 }
 
 } // namespace
