@@ -22,7 +22,6 @@ struct CleanupTree : testing::Test {
     void Put(const wxString& relative, const std::string& bytes = "x") {
         WriteTreeFile(dir.Path(), relative, bytes);
     }
-    bool Has(const wxString& relative) const { return wxFileExists(dir.File(relative)); }
 
     std::set<wxString> FilesIn(const wxString& relative) const {
         std::set<wxString> names;
@@ -37,30 +36,26 @@ struct CleanupTree : testing::Test {
 
 } // namespace
 
-TEST_F(CleanupTree, MysqlLogsRemoveEveryRuntimeFileOfTheDataFolderAndNothingElse) {
-    for (const char* name :
-         {"mysql.err", "host.err", "mysql-bin.000001", "mysql-bin.index", "ibdata1", "ib_logfile0",
-          "ib_logfile101", "aria_log.00000001", "mysqld.pid", "ibtmp1.keep", "my.err.txt"})
+TEST_F(CleanupTree, EachActionRemovesItsRuntimeFilesAndNothingElse) {
+    for (const char* name : {"mysql.err", "mysql-bin.000001", "mysql-bin.index", "ibdata1",
+                             "ib_logfile0", "aria_log.00000001", "mysqld.pid", "my.err.txt"})
         Put(wxString("mysql/data/") + name);
     Put("mysql/data/mysql/user.frm");
-    Cleanup::DeleteMysqlLogs(paths);
-    EXPECT_EQ(FilesIn("mysql/data"),
-              (std::set<wxString>{"aria_log.00000001", "ibtmp1.keep", "mysqld.pid", "my.err.txt"}));
-    EXPECT_TRUE(Has("mysql/data/mysql/user.frm"));
-}
+    for (const char* name : {"logs/access.log", "logs/error.log", "logs/php_error.log",
+                             "sessions/sess_abc", "sessions/.hidden", "sessions/keep/sess_inner"})
+        Put(wxString("apache/") + name);
 
-TEST_F(CleanupTree, ApacheLogsAndSessionsRemoveTheirFilesOnly) {
-    Put("apache/logs/access.log");
-    Put("apache/logs/error.log");
-    Put("apache/logs/php_error.log");
-    Put("apache/sessions/sess_abc");
-    Put("apache/sessions/.hidden");
-    Put("apache/sessions/keep/sess_inner");
-    Cleanup::DeleteApacheLogs(paths);
+    Cleanup::Run(Cleanup::LogAction::MysqlLogs, paths);
+    EXPECT_EQ(FilesIn("mysql/data"),
+              (std::set<wxString>{"aria_log.00000001", "mysqld.pid", "my.err.txt"}));
+    EXPECT_TRUE(wxFileExists(dir.File("mysql/data/mysql/user.frm")));
+    EXPECT_EQ(FilesIn("apache/logs").size(), 3u);
+    Cleanup::Run(Cleanup::LogAction::ApacheLogs, paths);
     EXPECT_EQ(FilesIn("apache/logs"), std::set<wxString>{"php_error.log"});
-    Cleanup::DeletePhpSessions(paths);
+    EXPECT_EQ(FilesIn("apache/sessions").size(), 2u);
+    Cleanup::Run(Cleanup::LogAction::Sessions, paths);
     EXPECT_TRUE(FilesIn("apache/sessions").empty());
-    EXPECT_TRUE(Has("apache/sessions/keep/sess_inner"));
+    EXPECT_TRUE(wxFileExists(dir.File("apache/sessions/keep/sess_inner")));
 }
 
 TEST_F(CleanupTree, MissingFilesAndFoldersAreSkippedSilently) {
@@ -71,16 +66,6 @@ TEST_F(CleanupTree, MissingFilesAndFoldersAreSkippedSilently) {
     EXPECT_FALSE(wxDirExists(dir.File("mysql")));
 }
 
-TEST_F(CleanupTree, AllRemovesApacheLogsSessionsAndMysqlFiles) {
-    Put("apache/logs/error.log");
-    Put("apache/sessions/sess_1");
-    Put("mysql/data/ibdata1");
-    Cleanup::Run(Cleanup::LogAction::All, paths);
-    EXPECT_FALSE(Has("apache/logs/error.log"));
-    EXPECT_FALSE(Has("apache/sessions/sess_1"));
-    EXPECT_FALSE(Has("mysql/data/ibdata1"));
-}
-
 // The Apache restore tests the initial copy, the PHP restore the file it replaces.
 TEST_F(CleanupTree, RestoreApacheCreatesAMissingSourceButRestorePhpNeedsItsSource) {
     Put("apache/conf/httpd_initial.conf", "initial httpd\n");
@@ -88,13 +73,10 @@ TEST_F(CleanupTree, RestoreApacheCreatesAMissingSourceButRestorePhpNeedsItsSourc
     Cleanup::RestoreApache(paths);
     Cleanup::RestorePhp(paths);
     EXPECT_EQ(ReadBytes(paths.ApacheSourceConfig()), "initial httpd\n");
-    EXPECT_FALSE(Has("apache/php_8.2/php_source.ini"));
+    EXPECT_FALSE(wxFileExists(paths.PhpSourceConfig()));
 
-    Put("apache/conf/httpd_source.conf", "edited\n");
     Put("apache/php_8.2/php_source.ini", "edited\n");
-    Cleanup::RestoreApache(paths);
     Cleanup::RestorePhp(paths);
-    EXPECT_EQ(ReadBytes(paths.ApacheSourceConfig()), "initial httpd\n");
     EXPECT_EQ(ReadBytes(paths.PhpSourceConfig()), "initial php\n");
 
     // Without the initial copies: the Apache source stays, the PHP source stays too.
@@ -110,20 +92,16 @@ TEST_F(CleanupTree, RestoreApacheCreatesAMissingSourceButRestorePhpNeedsItsSourc
 
 TEST(CleanupRefusal, EachActionIsRefusedWhileItsServersRun) {
     using Cleanup::LogAction;
-    struct Case {
-        LogAction action;
-        bool apache, mysql;
-        const char* key;
-    };
-    for (const Case& c :
-         std::vector<Case>{{LogAction::ApacheLogs, false, true, ""},
-                           {LogAction::ApacheLogs, true, false, "LOG_APACHE_DELETE_RUNNING"},
-                           {LogAction::MysqlLogs, true, false, ""},
-                           {LogAction::MysqlLogs, false, true, "LOG_MYSQL_DELETE_RUNNING"},
-                           {LogAction::Sessions, true, true, ""},
-                           {LogAction::All, false, false, ""},
-                           {LogAction::All, true, false, "LOG_ALL_DELETE_RUNNING"},
-                           {LogAction::All, false, true, "LOG_ALL_DELETE_RUNNING"}})
-        EXPECT_EQ(Cleanup::RefusalKey(c.action, c.apache, c.mysql), c.key)
-            << static_cast<int>(c.action) << " " << c.apache << c.mysql;
+    const std::tuple<LogAction, bool, bool, const char*> cases[] = {
+        {LogAction::ApacheLogs, false, true, ""},
+        {LogAction::ApacheLogs, true, false, "LOG_APACHE_DELETE_RUNNING"},
+        {LogAction::MysqlLogs, true, false, ""},
+        {LogAction::MysqlLogs, false, true, "LOG_MYSQL_DELETE_RUNNING"},
+        {LogAction::Sessions, true, true, ""},
+        {LogAction::All, false, false, ""},
+        {LogAction::All, true, false, "LOG_ALL_DELETE_RUNNING"},
+        {LogAction::All, false, true, "LOG_ALL_DELETE_RUNNING"}};
+    for (const auto& [action, apache, mysql, key] : cases)
+        EXPECT_EQ(Cleanup::RefusalKey(action, apache, mysql), key)
+            << static_cast<int>(action) << " " << apache << mysql;
 }

@@ -11,6 +11,7 @@
 #include <chrono>
 #include <cstring>
 #include <fstream>
+#include <functional>
 #include <thread>
 
 #include <netinet/in.h>
@@ -22,7 +23,15 @@
 
 namespace {
 
-bool Contains(const std::vector<long>& pids, long pid) {
+bool Eventually(const std::function<bool()>& condition) {
+    const auto giveUp = std::chrono::steady_clock::now() + std::chrono::seconds(5);
+    while (!condition() && std::chrono::steady_clock::now() < giveUp)
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    return condition();
+}
+
+bool Found(const wxString& name, long pid) {
+    const std::vector<long> pids = Platform::Get().FindProcessesByName(name);
     return std::find(pids.begin(), pids.end(), pid) != pids.end();
 }
 
@@ -42,43 +51,30 @@ struct Listener {
     ~Listener() { close(fd); }
 };
 
-// A child of this process renamed to name, sleeping until killed.
-pid_t StartNamed(const char* name) {
-    pid_t pid = fork();
-    if (pid == 0) {
-        prctl(PR_SET_NAME, name);
-        pause();
-        _exit(0);
-    }
-    return pid;
-}
-
-bool IsZombie(pid_t pid) {
-    std::ifstream in("/proc/" + std::to_string(pid) + "/stat");
-    std::string line;
-    std::getline(in, line);
-    return line.find(") Z ") != std::string::npos;
-}
-
 } // namespace
 
 TEST(PosixProcesses, LookupByNameIgnoresCaseSkipsZombiesAndKillEndsTheProcess) {
-    Platform& platform = Platform::Get();
-    const pid_t pid = StartNamed("KovixProbe");
+    const pid_t pid = fork();
+    if (pid == 0) {
+        prctl(PR_SET_NAME, "KovixProbe");
+        pause();
+        _exit(0);
+    }
     ASSERT_GT(pid, 0);
-    const auto giveUp = std::chrono::steady_clock::now() + std::chrono::seconds(5);
-    while (!Contains(platform.FindProcessesByName("kovixprobe"), pid) &&
-           std::chrono::steady_clock::now() < giveUp)
-        std::this_thread::sleep_for(std::chrono::milliseconds(2));
-    EXPECT_TRUE(Contains(platform.FindProcessesByName("kovixprobe"), pid));
-    EXPECT_TRUE(Contains(platform.FindProcessesByName("KOVIXPROBE"), pid));
-    EXPECT_FALSE(Contains(platform.FindProcessesByName("kovixprob"), pid));
+    EXPECT_TRUE(Eventually([&] { return Found("kovixprobe", pid); }));
+    EXPECT_TRUE(Found("KOVIXPROBE", pid));
+    EXPECT_FALSE(Found("kovixprob", pid));
 
-    platform.KillProcess(pid);
+    Platform::Get().KillProcess(pid);
     // Killed but not reaped: a zombie that still carries the name, and no longer counts.
-    while (!IsZombie(pid) && std::chrono::steady_clock::now() < giveUp)
-        std::this_thread::sleep_for(std::chrono::milliseconds(2));
-    EXPECT_FALSE(Contains(platform.FindProcessesByName("kovixprobe"), pid));
+    const auto isZombie = [&] {
+        std::ifstream in("/proc/" + std::to_string(pid) + "/stat");
+        std::string line;
+        std::getline(in, line);
+        return line.find(") Z ") != std::string::npos;
+    };
+    EXPECT_TRUE(Eventually(isZombie));
+    EXPECT_FALSE(Found("kovixprobe", pid));
     EXPECT_EQ(waitpid(pid, nullptr, 0), pid);
 }
 
@@ -97,27 +93,20 @@ TEST(PosixProcesses, ProcessorTimesGrowWithWork) {
 
 TEST(PosixProcesses, ProcessLivesInItsFolderExecutableOrCommandLine) {
     TempDir dir;
-    wxString here = wxGetCwd();
-    EXPECT_TRUE(Platform::Get().ProcessLivesIn(getpid(), here));
-    EXPECT_TRUE(Platform::Get().ProcessLivesIn(getpid(), here + "/"));
+    EXPECT_TRUE(Platform::Get().ProcessLivesIn(getpid(), wxGetCwd() + "/"));
     EXPECT_FALSE(Platform::Get().ProcessLivesIn(getpid(), dir.Path()));
     // The test program is named on its own command line; a longer name is another folder.
-    wxString program = Platform::Get().ExecutablePath();
+    const wxString program = Platform::Get().ExecutablePath();
     EXPECT_TRUE(Platform::Get().ProcessLivesIn(getpid(), wxFileName(program).GetPath()));
     EXPECT_FALSE(Platform::Get().ProcessLivesIn(getpid(), program.Left(program.length() - 1)));
 }
 
 TEST(PosixProcesses, PortTestAndHolderNameTheListener) {
-    int freePort;
-    {
-        Listener probe;
-        freePort = probe.port;
-    }
+    const int freePort = Listener().port;
     const auto start = std::chrono::steady_clock::now();
     EXPECT_FALSE(Platform::Get().IsLocalPortTaken(freePort, 1000));
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(1100));
     EXPECT_EQ(Platform::Get().DescribePortHolder(freePort), "");
-
     Listener listener;
     EXPECT_TRUE(Platform::Get().IsLocalPortTaken(listener.port, 1000));
     EXPECT_EQ(Platform::Get().DescribePortHolder(listener.port),
@@ -138,5 +127,4 @@ TEST(PosixProcesses, SocketFileTestSeesOnlyAListeningSocket) {
     EXPECT_TRUE(Platform::Get().IsLocalSocketAccepting(path));
     close(fd);
     EXPECT_FALSE(Platform::Get().IsLocalSocketAccepting(path)); // the file stays, nobody answers
-    EXPECT_FALSE(Platform::Get().IsLocalSocketAccepting(""));
 }

@@ -4,17 +4,14 @@
 #include <gtest/gtest.h>
 #include <wx/filefn.h>
 
+using namespace std::string_literals;
+
 TEST(TextFiles, DecodesBomUtf8AndCp1252AndWritesUtf8) {
     TempDir dir;
-    const std::pair<std::string, const char*> cases[] = {{"\xef\xbb\xbf"
-                                                          "caf\xc3\xa9",
-                                                          "café"},
+    const std::pair<std::string, const char*> cases[] = {{"\xef\xbb\xbf"s + "caf\xc3\xa9", "café"},
                                                          {"caf\xc3\xa9", "café"},
                                                          {"caf\xe9 \x80", "café €"},
-                                                         {std::string("\xff\xfe"
-                                                                      "a\0",
-                                                                      4),
-                                                          "a"}};
+                                                         {"\xff\xfe"s + "a\0"s, "a"}};
     for (const auto& [bytes, expected] : cases) {
         WriteBytes(dir.File("in.txt"), bytes);
         wxString text;
@@ -28,7 +25,7 @@ TEST(TextFiles, DecodesBomUtf8AndCp1252AndWritesUtf8) {
 TEST(TextFiles, TextThatCannotBeWrittenBackIsUnreadable) {
     TempDir dir;
     // UTF-32 LE with a value beyond the last code point.
-    const std::string bytes("\xff\xfe\0\0a\0\0\0\0\0\x11\0\n\0\0\0", 16);
+    const std::string bytes = "\xff\xfe\0\0a\0\0\0\0\0\x11\0\n\0\0\0"s;
     WriteBytes(dir.File("php_source.ini"), bytes);
     wxString text = "untouched";
     EXPECT_FALSE(TextFiles::Read(dir.File("php_source.ini"), text));
@@ -49,6 +46,7 @@ TEST(TextFiles, FailedWritesLeaveTheTargetByteIdentical) {
     EXPECT_FALSE(TextFiles::WriteAtomically(dir.File("t.conf"), "new\n"));
     EXPECT_FALSE(TextFiles::CopyAtomically(dir.File("missing"), dir.File("t.conf")));
     EXPECT_EQ(ReadBytes(dir.File("t.conf")), "original\n");
+    EXPECT_TRUE(wxDirExists(dir.File("t.conf.temp"))) << "a folder in the way is not removed";
     EXPECT_TRUE(TextFiles::WriteAtomically(dir.File("t.conf"), "new\n", dir.File("scratch")));
     EXPECT_EQ(ReadBytes(dir.File("t.conf")), "new\n");
     EXPECT_FALSE(wxFileExists(dir.File("scratch")));

@@ -38,15 +38,6 @@ protected:
         EXPECT_EQ(file.hosts.size(), 1u);
         return file.hosts.empty() ? VirtualHostRecord() : file.hosts.front();
     }
-
-    DirectoryRecord OnlyDirectory(const std::string& directoryLines) {
-        const VirtualHostRecord host =
-            OnlyHost("<VirtualHost *>\n<Directory /d>\n" + directoryLines +
-                     "</Directory>\n"
-                     "</VirtualHost>\n");
-        EXPECT_EQ(host.directories.size(), 1u);
-        return host.directories.empty() ? DirectoryRecord() : host.directories.front();
-    }
 };
 
 VirtualHostRecord ExampleHost() {
@@ -57,9 +48,7 @@ VirtualHostRecord ExampleHost() {
     host.aliases.push_back({"/img", "{DOCUMENTPATH}/img"});
     DirectoryRecord directory;
     directory.path = "{DOCUMENTPATH}/test";
-    directory.AllowOverride = true;
-    directory.Indexes = true;
-    directory.FollowSymLinks = true;
+    directory.AllowOverride = directory.Indexes = directory.FollowSymLinks = true;
     directory.others = {"Order allow,deny", "Allow from all"};
     host.directories.push_back(directory);
     return host;
@@ -85,10 +74,7 @@ TEST_F(VirtualHostFileTest, WritesTheExampleHostByteForByteAndReadsItBack) {
     ASSERT_TRUE(file.hosts.empty());
     file.hosts.push_back(ExampleHost());
     EXPECT_EQ(Save(file), "Listen 80\n#KOVIX Generate Virtual Host\n\n" + exampleBlock);
-
-    const VirtualHostFile reread = Read(ReadBytes(Template()));
-    ASSERT_EQ(reread.hosts.size(), 1u);
-    EXPECT_EQ(reread.hosts.front(), ExampleHost());
+    EXPECT_EQ(Read(ReadBytes(Template())).hosts, std::vector<VirtualHostRecord>{ExampleHost()});
 }
 
 TEST_F(VirtualHostFileTest, HandWrittenBlockIsReadAndWrittenBackNormalised) {
@@ -113,14 +99,7 @@ TEST_F(VirtualHostFileTest, HandWrittenBlockIsReadAndWrittenBackNormalised) {
                                     "</VirtualHost>\n"
                                     "Listen 8080\n";
     const VirtualHostRecord host = OnlyHost(handWritten);
-    EXPECT_EQ(host.address, "127.0.0.1:8080");
     EXPECT_EQ(host.ServerName, "site.local # my site") << "last one wins, comment included";
-    EXPECT_EQ(host.ServerAlias, "last.site.local");
-    EXPECT_EQ(host.DocumentRoot, "/srv/site");
-    EXPECT_EQ(host.others, (Texts{"ServerAdmin me@example.org", "#KOVIX indented",
-                                  "Options Indexes", "AllowOverride All"}));
-    ASSERT_EQ(host.aliases.size(), 1u);
-    EXPECT_EQ(host.aliases[0], (AliasRecord{"/docs", "/srv/docs"}));
     ASSERT_EQ(host.directories.size(), 1u);
     EXPECT_EQ(host.directories[0].others, (Texts{"Require all granted", ""}));
 
@@ -147,40 +126,25 @@ TEST_F(VirtualHostFileTest, HandWrittenBlockIsReadAndWrittenBackNormalised) {
 }
 
 TEST_F(VirtualHostFileTest, OnlyTheFourOptionWordsAndAllowOverrideAllSurvive) {
-    struct Case {
-        std::string options;
-        std::string writtenOptions; // empty: no Options line is written
+    const std::string none = "\t\tAllowOverride None\n";
+    const std::pair<std::string, std::string> cases[] = {
+        {"Options All", none},
+        {"Options None", none},
+        {"Options ExecCGI", none},
+        {"Options -Indexes", none + "\t\tOptions Indexes \n"},
+        {"Options +MultiViews -FollowSymLinks", none + "\t\tOptions FollowSymLinks MultiViews \n"},
+        {"Options\tINDEXES ALL", none + "\t\tOptions Indexes \n"},
+        {"# Options Includes", none + "\t\tOptions Includes \n"},
+        {"AllowOverride all", "\t\tAllowOverride All\n"},
+        {"AllowOverride FileInfo", none},
+        {"AllowOverride None\nAllowOverride ALL", "\t\tAllowOverride All\n"},
     };
-    const Case cases[] = {
-        {"Options All", ""},
-        {"Options None", ""},
-        {"Options ExecCGI", ""},
-        {"Options -Indexes", "Options Indexes "},
-        {"Options +MultiViews -FollowSymLinks", "Options FollowSymLinks MultiViews "},
-        {"Options MultiViews Indexes Includes FollowSymLinks",
-         "Options FollowSymLinks Includes Indexes MultiViews "},
-        {"Options\tINDEXES ALL", "Options Indexes "},
-        {"# Options Includes", "Options Includes "},
-        {"Options", ""},
-    };
-    for (const Case& c : cases) {
-        const DirectoryRecord directory = OnlyDirectory(c.options + "\n");
-        EXPECT_TRUE(directory.others.empty()) << c.options;
-        const std::string expected =
-            "\t<Directory \"/d\">\n\t\tAllowOverride None\n" +
-            (c.writtenOptions.empty() ? "" : "\t\t" + c.writtenOptions + "\n") + "\t</Directory>\n";
-        EXPECT_NE(Resave(ReadBytes(Template())).find(expected), std::string::npos) << c.options;
-    }
-
-    const std::pair<std::string, bool> overrides[] = {{"AllowOverride All", true},
-                                                      {"AllowOverride all", true},
-                                                      {"AllowOverride FileInfo", false},
-                                                      {"AllowOverride None", false},
-                                                      {"AllowOverride AuthConfig", false}};
-    for (const auto& [line, all] : overrides)
-        EXPECT_EQ(OnlyDirectory(line + "\n").AllowOverride, all) << line;
-    EXPECT_TRUE(OnlyDirectory("AllowOverride None\nAllowOverride ALL\n").AllowOverride)
-        << "the last line wins";
+    for (const auto& [lines, written] : cases)
+        EXPECT_NE(
+            Resave("<VirtualHost *>\n<Directory /d>\n" + lines + "\n</Directory>\n</VirtualHost>\n")
+                .find("\t<Directory \"/d\">\n" + written + "\t</Directory>\n"),
+            std::string::npos)
+            << lines;
 }
 
 TEST_F(VirtualHostFileTest, CommentedOutExampleBlockBecomesARealHost) {
@@ -191,8 +155,6 @@ TEST_F(VirtualHostFileTest, CommentedOutExampleBlockBecomesARealHost) {
     const VirtualHostRecord host = OnlyHost(commented);
     EXPECT_EQ(host.address, "*:80");
     EXPECT_TRUE(host.ServerName.empty());
-    EXPECT_EQ(host.others,
-              (Texts{"#    ServerName dummy.example.com", "#    DocumentRoot \"/www/dummy\""}));
     EXPECT_EQ(Resave(commented), "\n\n<VirtualHost *:80>\n"
                                  "#KOVIX Generate Virtual Host\n"
                                  "\t#    ServerName dummy.example.com\n"
@@ -206,16 +168,10 @@ TEST_F(VirtualHostFileTest, UnclosedBlocksRunOn) {
                                      "ServerName a.local\n"
                                      "<VirtualHost b>\n"
                                      "Listen 81\n";
-    const VirtualHostRecord a = OnlyHost(unclosedHost);
-    EXPECT_EQ(a.others, (Texts{"<VirtualHost b>", "Listen 81"}));
+    EXPECT_EQ(OnlyHost(unclosedHost).others, (Texts{"<VirtualHost b>", "Listen 81"}));
     EXPECT_EQ(Resave(unclosedHost), "Listen 80\n\n<VirtualHost a>\n#KOVIX Generate Virtual Host\n"
                                     "\tServerName \"a.local\"\n"
                                     "\t<VirtualHost b>\n\tListen 81\n</VirtualHost>\n");
-
-    // Ending in an empty line, the unclosed block leaves the last copied line without its end.
-    const std::string glued = Resave("Listen 80\n<VirtualHost a>\nServerName a.local\n\n");
-    EXPECT_EQ(glued.substr(0, 26), "Listen 80<VirtualHost a>\n#");
-    EXPECT_EQ(Read(glued).hosts.at(0).ServerName, "a.local");
 
     // The directory swallows the host's closing line and the next host's opening, up to the
     // next directory closing tag; the first host then runs on to the next closing line.
@@ -231,10 +187,8 @@ TEST_F(VirtualHostFileTest, UnclosedBlocksRunOn) {
                                           "</VirtualHost>\n"
                                           "tail\n";
     const VirtualHostRecord host = OnlyHost(unclosedDirectory);
-    EXPECT_EQ(host.address, "a");
     EXPECT_EQ(host.ServerName, "b.local");
     ASSERT_EQ(host.directories.size(), 1u);
-    EXPECT_TRUE(host.directories[0].Indexes);
     EXPECT_EQ(host.directories[0].others,
               (Texts{"</VirtualHost>", "<VirtualHost b>", "<Directory /y>", "</Directory\t>"}));
     // The writer knows nothing of directories: the line after the first closing tag is copied.
@@ -248,8 +202,6 @@ TEST_F(VirtualHostFileTest, CrLfAndCp1252TemplatesReadLikeUtf8AndAreWrittenWithL
     const VirtualHostRecord host = OnlyHost(crlf);
     EXPECT_EQ(host.ServerName, wxString::FromUTF8("café.local"));
     EXPECT_EQ(host.others, Texts{L"Header set X-Old \"\u20ac\""}) << "a lone CR ends a line too";
-    ASSERT_EQ(host.directories.size(), 1u);
-    EXPECT_TRUE(host.directories[0].AllowOverride);
 
     const std::string saved = Resave(crlf);
     EXPECT_EQ(saved.find('\r'), std::string::npos);
@@ -264,7 +216,6 @@ TEST_F(VirtualHostFileTest, CrLfAndCp1252TemplatesReadLikeUtf8AndAreWrittenWithL
 
 TEST_F(VirtualHostFileTest, TemplateWithoutBlocksKeepsItsLinesAndTogglesItsLastBlankLine) {
     EXPECT_TRUE(Read("ServerRoot /x\nListen 80\n").hosts.empty());
-    EXPECT_EQ(Resave("ServerRoot /x\nListen 80"), "ServerRoot /x\nListen 80\n\n");
     EXPECT_EQ(Resave("ServerRoot /x\nListen 80\n\n"), "ServerRoot /x\nListen 80\n");
     EXPECT_EQ(Resave("ServerRoot /x\nListen 80\n"), "ServerRoot /x\nListen 80\n\n");
     EXPECT_EQ(Resave(""), "");
@@ -286,49 +237,25 @@ TEST_F(VirtualHostFileTest, EverySaveAddsABlankLineBeforeTheBlocks) {
 // The engine behind wxRegEx is Perl-like (leftmost-first), the patterns were written for POSIX
 // (leftmost-longest); these are the sub-matches where the two could part.
 TEST_F(VirtualHostFileTest, PatternsCaptureWhatTheLayoutExpects) {
-    const std::pair<std::string, wxString> addresses[] = {
-        {"<VirtualHost a>b>", "a>b"},
-        {"<VirtualHost\t *:80 >", "*:80 "},
-        {"<VirtualHost>", ""},
-        {"  <VirtualHostX>", "X"},
-    };
-    for (const auto& [opening, address] : addresses)
-        EXPECT_EQ(OnlyHost(opening + "\n</VirtualHost>\n").address, address) << opening;
-
-    const VirtualHostRecord host = OnlyHost("<VirtualHost *>\n"
+    EXPECT_EQ(OnlyHost("<VirtualHost a>b>\n</VirtualHost>\n").address, "a>b");
+    const VirtualHostRecord host = OnlyHost("<VirtualHost\t *:80 >\n"
                                             "Alias /a b /c\n"
-                                            "Alias \"/d\" \"/e f\"\n"
                                             "Alias /g\t\"/h\" trailing\n"
-                                            "Alias \"/i \"  /j  \n"
-                                            "ServerName \"x\" y\n"
                                             "DocumentRoot  /r  \n"
+                                            "<Directory /a b >\n</Directory>\n"
+                                            "<Directory \"/d\" >\n"
                                             "</ VirtualHost\t>\n"
                                             "</VirtualHost>\n");
-    EXPECT_EQ(host.aliases, (std::vector<AliasRecord>{
-                                {"/a b", "/c"}, {"/d", "/e f"}, {"/g", "/h"}, {"/i", "/j"}}));
-    EXPECT_EQ(host.ServerName, "x");
+    EXPECT_EQ(host.address, "*:80 ");
+    EXPECT_EQ(host.aliases, (std::vector<AliasRecord>{{"/a b", "/c"}, {"/g", "/h"}}));
     EXPECT_EQ(host.DocumentRoot, "/r  ") << "not trimmed";
-    EXPECT_TRUE(host.others.empty()) << "the closing tag allows blanks and tabs";
-
-    const VirtualHostRecord directories = OnlyHost("<VirtualHost *>\n"
-                                                   "<Directory /a b >\n</Directory>\n"
-                                                   "<Directory  /c>\n</Directory>\n"
-                                                   "<Directory \"/d\" >\n"
-                                                   "</VirtualHost>\n");
-    ASSERT_EQ(directories.directories.size(), 2u);
-    EXPECT_EQ(directories.directories[0].path, "/a b");
-    EXPECT_EQ(directories.directories[1].path, " /c");
-    EXPECT_EQ(directories.others, Texts{"<Directory \"/d\" >"}) << "no directory: quote, blank";
+    ASSERT_EQ(host.directories.size(), 1u);
+    EXPECT_EQ(host.directories[0].path, "/a b");
+    EXPECT_EQ(host.others, Texts{"<Directory \"/d\" >"}) << "no directory: quote, blank";
 }
 
-TEST_F(VirtualHostFileTest, SaveThatCannotCompleteLeavesTheTemplateAlone) {
-    const std::string original = "Listen 80\n" + exampleBlock;
-    VirtualHostFile file = Read(original);
-    file.hosts.push_back(ExampleHost());
-    ASSERT_TRUE(wxMkdir(Template() + ".temp"));
-    EXPECT_FALSE(WriteVirtualHosts(file));
-    EXPECT_EQ(ReadBytes(Template()), original);
-
+TEST_F(VirtualHostFileTest, TemplateThatCannotBeReadIsNeverReplaced) {
+    VirtualHostFile file = Read("Listen 80\n" + exampleBlock);
     // A template that does not decode would otherwise be replaced by the blocks alone.
     const std::string undecodable = "Listen 80\n\x81\x8D\n";
     WriteBytes(Template(), undecodable);
@@ -339,16 +266,4 @@ TEST_F(VirtualHostFileTest, SaveThatCannotCompleteLeavesTheTemplateAlone) {
     file.path = dir.File("missing.conf");
     EXPECT_FALSE(WriteVirtualHosts(file));
     EXPECT_FALSE(wxFileExists(file.path));
-    file.path.clear();
-    EXPECT_FALSE(WriteVirtualHosts(file));
-}
-
-TEST_F(VirtualHostFileTest, CarriesTheHelpCatalogue) {
-    const VirtualHostFile file;
-    EXPECT_TRUE(file.ModuleLink("rewrite_module").EndsWith("/docs/2.2/mod/mod_rewrite.html"));
-    EXPECT_TRUE(file.ExtensionLink("gd2").EndsWith("/manual/en/book.image.php"));
-    EXPECT_TRUE(file.ExtensionDescription("zip").StartsWith(" "));
-    EXPECT_EQ(file.ModuleDescription("no_such_module"), "No Description Available");
-    EXPECT_EQ(file.ExtensionDescription(""), "No Description Available");
-    EXPECT_EQ(file.ModuleLink("no_such_module"), "");
 }
