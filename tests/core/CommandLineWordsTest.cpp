@@ -17,8 +17,6 @@ Words SplitWith(const wxString& line, std::set<wxString> programs = {}) {
 
 TEST(CommandLineWords, QuotesBackslashesAndBlanksFollowTheWindowsRules) {
     EXPECT_EQ(CommandLineWords::SplitArguments("a  \"b c\"\td"), (Words{"a", "b c", "d"}));
-    EXPECT_EQ(CommandLineWords::SplitArguments("--user=\"kovix\" --password=\"x y\""),
-              (Words{"--user=kovix", "--password=x y"}));
     EXPECT_EQ(CommandLineWords::SplitArguments("\"\" x"), (Words{"", "x"}));
     EXPECT_EQ(CommandLineWords::SplitArguments(R"(a\\b c\"d e\\"f g" h)"),
               (Words{R"(a\\b)", "c\"d", "e\\f g", "h"}));

@@ -22,18 +22,20 @@ std::vector<wxString> OutOfOrder(const std::vector<wxString>& names) {
     return found;
 }
 
-// The blocks of text between empty lines; a lone or a tripled line feed stays in a block.
-wxArrayString Paragraphs(wxString text) {
-    text.Replace("\n\n", "\x01");
-    return wxSplit(text, '\x01', '\0');
-}
-
 // Non-empty plain ASCII without control characters, double blanks or blanks around it.
 bool IsPlainLine(const wxString& text) {
     for (wxUniChar c : text)
         if (c < ' ' || c.GetValue() > 126)
             return false;
     return !text.empty() && !text.Contains("  ") && text.Strip(wxString::both) == text;
+}
+
+// Paragraphs one empty line apart (a lone or a third line feed stays inside a paragraph), each a
+// plain line ending a sentence.
+void ExpectParagraphs(const wxString& name, wxString body) {
+    body.Replace("\n\n", "\x01");
+    for (const wxString& paragraph : wxSplit(body, '\x01', '\0'))
+        EXPECT_TRUE(IsPlainLine(paragraph) && paragraph.EndsWith(".")) << name << ": " << paragraph;
 }
 
 } // namespace
@@ -57,39 +59,33 @@ TEST(HelpCatalogue, HoldsEveryNameOnceInCatalogueOrder) {
     EXPECT_EQ(all.size(), 244u) << "no name twice, not even across kinds";
 }
 
-TEST(HelpCatalogue, ModuleTextsAreASummaryLineThenParagraphs) {
+// Module texts are a summary line, then paragraphs; extension texts are paragraphs, each framed by
+// blanks. Paragraphs are plain, one empty line apart, and end a sentence.
+TEST(HelpCatalogue, EveryTextIsLaidOutAsItsKindRequires) {
     EXPECT_TRUE(Catalogue()
                     .ModuleDescription("rewrite_module")
                     .StartsWith("Provides a rule-based rewriting engine to rewrite requested URLs "
                                 "on the fly\n\nThis module uses a rule-based rewriting engine"));
-    for (const wxString& name : HelpCatalogue::ModuleNames()) {
-        const wxString text = Catalogue().ModuleDescription(name);
-        const wxArrayString blocks = Paragraphs(text);
-        ASSERT_GE(blocks.size(), 2u) << name;
-        EXPECT_FALSE(blocks[0].EndsWith(".")) << name;
-        for (size_t i = 0; i < blocks.size(); ++i) {
-            EXPECT_TRUE(IsPlainLine(blocks[i])) << name << ": " << blocks[i];
-            EXPECT_TRUE(i == 0 || blocks[i].EndsWith(".")) << name << " cut short: " << blocks[i];
-        }
-        EXPECT_GE(text.length() - blocks[0].length(), 150u) << name;
-        EXPECT_LE(text.length(), 2200u) << name;
-        EXPECT_FALSE(Catalogue().ModuleLink(name).empty()) << name;
-    }
-}
-
-TEST(HelpCatalogue, ExtensionTextsAreParagraphsFramedByBlanks) {
     EXPECT_EQ(Catalogue().ExtensionDescription("zip"),
               " This extension enables you to transparently read or write ZIP compressed archives "
               "and the files inside them. \n\n ");
+    for (const wxString& name : HelpCatalogue::ModuleNames()) {
+        const wxString text = Catalogue().ModuleDescription(name);
+        const wxString summary = text.BeforeFirst('\n');
+        EXPECT_TRUE(IsPlainLine(summary) && !summary.EndsWith(".")) << name;
+        EXPECT_TRUE(text.StartsWith(summary + "\n\n")) << name;
+        ExpectParagraphs(name, text.Mid(summary.length() + 2));
+        EXPECT_GE(text.length() - summary.length(), 150u) << name;
+        EXPECT_LE(text.length(), 2200u) << name;
+        EXPECT_FALSE(Catalogue().ModuleLink(name).empty()) << name;
+    }
     for (const wxString& name : HelpCatalogue::ExtensionNames()) {
-        const wxString text = Catalogue().ExtensionDescription(name);
-        ASSERT_TRUE(text.EndsWith(" \n\n ")) << name << " does not end in a framed paragraph";
-        for (const wxString& block : Paragraphs(text.Left(text.length() - 3))) {
-            EXPECT_TRUE(block.StartsWith(" ") && block.EndsWith(". ")) << name << ": " << block;
-            EXPECT_TRUE(IsPlainLine(block.Mid(1, block.length() - 2))) << name << ": " << block;
-        }
+        wxString text = Catalogue().ExtensionDescription(name);
+        ASSERT_TRUE(text.StartsWith(" ") && text.EndsWith(". \n\n ")) << name;
         EXPECT_GE(text.length(), 100u) << name;
         EXPECT_LE(text.length(), 2200u) << name;
+        text.Replace(" \n\n ", "\n\n");
+        ExpectParagraphs(name, text.Mid(1, text.length() - 3));
         EXPECT_FALSE(Catalogue().ExtensionLink(name).empty()) << name;
     }
 }

@@ -20,7 +20,6 @@ TEST(TextLineReader, EachLineEndEndsOneLineAndTheLastStartsNone) {
     using Texts = std::vector<wxString>;
     EXPECT_EQ(Lines(""), Texts{});
     EXPECT_EQ(Lines("\n"), Texts{""});
-    EXPECT_EQ(Lines("a"), Texts{"a"});
     EXPECT_EQ(Lines("a\n"), Texts{"a"});
     EXPECT_EQ(Lines("a\n\n"), (Texts{"a", ""}));
     EXPECT_EQ(Lines("a\r\nb\rc\n\rd"), (Texts{"a", "b", "c", "", "d"}));
