@@ -1,8 +1,5 @@
-#include "support/CommandRunner.h"
-#include "support/TempDir.h"
-#include "support/TreeFiles.h"
+#include "ctl/CtlTesting.h"
 
-#include <gtest/gtest.h>
 #include <wx/filefn.h>
 
 #include <sys/stat.h>
@@ -21,28 +18,22 @@ const std::string apacheTemplate =
     "<Directory \"{DOCUMENTPATH}\">\r\n{ONLINE_MODE}</Directory>\r\n";
 
 // Two PHP versions (only 8.2 complete), the Apache and MySQL templates and one extra template.
-class CtlConfigTest : public testing::Test {
+class CtlConfigTest : public CtlTest {
 protected:
     CtlConfigTest() {
-        WriteTreeFile(Root(), "apache/php_8.2/php_source.ini", phpTemplate);
-        WriteTreeFile(Root(), "apache/php_8.2/phpapache2_4.so", "");
-        MakeTreeFolder(Root(), "apache/php_8.10");
-        WriteTreeFile(Root(), "apache/conf/httpd_source.conf", apacheTemplate);
-        WriteTreeFile(Root(), "apache/conf/extra/tools_source.conf", "Alias /t \"{PHPPATH}\"\n");
-        WriteTreeFile(Root(), "mysql/my_source.ini", "datadir=\"{MYSQLDATAPATH}\"\n");
+        Write("apache/php_8.2/php_source.ini", phpTemplate);
+        Write("apache/php_8.2/phpapache2_4.so", "");
+        MakeTreeFolder(tree.Path(), "apache/php_8.10");
+        Write("apache/conf/httpd_source.conf", apacheTemplate);
+        Write("apache/conf/extra/tools_source.conf", "Alias /t \"{PHPPATH}\"\n");
+        Write("mysql/my_source.ini", "datadir=\"{MYSQLDATAPATH}\"\n");
     }
 
-    wxString Root() const { return tree.Path(); }
-    std::string Read(const wxString& relativePath) const {
-        return ReadBytes(tree.File(relativePath));
+    // The text with every '@' replaced by the tree's root.
+    std::string AtRoot(wxString text) const {
+        text.Replace("@", tree.Path());
+        return text.utf8_string();
     }
-    CommandResult Ctl(std::vector<wxString> args) const {
-        args.insert(args.begin(), {KOVIXCTL_PATH, "--root", Root()});
-        return RunCommand(args);
-    }
-    void SetSettings(const std::string& text) { WriteBytes(tree.File("kovix.ini"), text); }
-
-    TempDir tree;
 };
 
 ino_t Inode(const wxString& path) {
@@ -57,50 +48,31 @@ TEST_F(CtlConfigTest, GenerateFillsEveryTemplateWithoutStoringDefaults) {
     CommandResult result = Ctl({"generate"});
     ASSERT_EQ(result.exitCode, 0) << result.err;
     EXPECT_TRUE(result.out.empty());
-    const std::string root = Root().utf8_string();
     EXPECT_EQ(Read("apache/conf/httpd.conf"),
-              "ServerRoot \"" + root +
-                  "/apache\"\r\nListen 80\r\n"
-                  "LoadModule rewrite_module modules/mod_rewrite.so\r\n"
-                  "#LoadModule php_module \"" +
-                  root +
-                  "/apache/php_8.2/phpapache2_4.so\"\r\n"
-                  "<Directory \"" +
-                  root +
-                  "/www\">\r\nOrder deny,allow\n\tDeny from all\n"
-                  "\tAllow from 127.0.0.1 localhost\n</Directory>\r\n");
-    EXPECT_EQ(Read("apache/php.ini"),
-              "[PHP]\n;extension=php_mysql.so\nextension=php_gd.so\nextension_dir = \"" + root +
-                  "/apache/php_8.2/ext\"\n");
-    EXPECT_EQ(Read("apache/conf/extra/tools.conf"), "Alias /t \"" + root + "/apache/php_8.2\"\n");
-    EXPECT_EQ(Read("mysql/my.ini"), "datadir=\"" + root + "/mysql/data\"\n");
+              AtRoot("ServerRoot \"@/apache\"\r\nListen 80\r\n"
+                     "LoadModule rewrite_module modules/mod_rewrite.so\r\n"
+                     "#LoadModule php_module \"@/apache/php_8.2/phpapache2_4.so\"\r\n"
+                     "<Directory \"@/www\">\r\nOrder deny,allow\n\tDeny from all\n"
+                     "\tAllow from 127.0.0.1 localhost\n</Directory>\r\n"));
+    EXPECT_EQ(Read("apache/php.ini"), AtRoot("[PHP]\n;extension=php_mysql.so\nextension=php_gd.so\n"
+                                             "extension_dir = \"@/apache/php_8.2/ext\"\n"));
+    EXPECT_EQ(Read("apache/conf/extra/tools.conf"), AtRoot("Alias /t \"@/apache/php_8.2\"\n"));
+    EXPECT_EQ(Read("mysql/my.ini"), AtRoot("datadir=\"@/mysql/data\"\n"));
     EXPECT_FALSE(wxFileExists(tree.File("kovix.ini")))
         << "the first version and the port were used, not stored";
-
-    SetSettings("APACHE_MODE = \"1\"\nAPACHE_PORT = \"8080\"\n");
-    ASSERT_EQ(Ctl({"generate"}).exitCode, 0);
-    const std::string online = Read("apache/conf/httpd.conf");
-    EXPECT_NE(online.find("Listen 8080\r\n"), std::string::npos);
-    EXPECT_NE(online.find("\">\r\nOrder allow,deny\n\tAllow from all\n</Directory>"),
-              std::string::npos);
-    EXPECT_EQ(Read("kovix.ini"), "APACHE_MODE = \"1\"\nAPACHE_PORT = \"8080\"\n");
 }
 
 TEST_F(CtlConfigTest, VersionsAreListedAndChosen) {
     EXPECT_EQ(Ctl({"php", "versions", "--json"}).out,
               "{\"current\":\"php_8.2\",\"versions\":[\"php_8.2\",\"php_8.10\"]}\n");
-    EXPECT_EQ(Ctl({"php", "versions"}).out, "*  php_8.2\n   php_8.10\n");
 
     CommandResult unknown = Ctl({"php", "use", "php_5"});
     EXPECT_EQ(unknown.exitCode, 1);
     EXPECT_TRUE(unknown.err.Contains("php_5"));
-    EXPECT_EQ(Ctl({"php", "use"}).exitCode, 2);
     EXPECT_FALSE(wxFileExists(tree.File("kovix.ini")));
 
     ASSERT_EQ(Ctl({"php", "use", "php_8.10"}).exitCode, 0);
     EXPECT_EQ(Read("kovix.ini"), "PHP_CURRENT_VERSION = \"php_8.10\"\n\n");
-    EXPECT_EQ(Ctl({"php", "versions", "--json"}).out,
-              "{\"current\":\"php_8.10\",\"versions\":[\"php_8.2\",\"php_8.10\"]}\n");
     EXPECT_EQ(Ctl({"php", "ext", "--json"}).out, "[]\n") << "php_8.10 has no template";
 }
 
@@ -109,17 +81,28 @@ TEST_F(CtlConfigTest, ExtensionsAreListedAndSwitchedByNameOrFile) {
               "[{\"line\":\";extension=php_mysql.so\",\"file\":\"php_mysql.so\",\"name\":\"mysql\","
               "\"enabled\":false},{\"line\":\"extension=php_gd.so\",\"file\":\"php_gd.so\","
               "\"name\":\"gd\",\"enabled\":true}]\n");
-    EXPECT_EQ(Ctl({"php", "ext"}).out,
-              "disabled  mysql  php_mysql.so\nenabled   gd     php_gd.so\n");
 
-    CommandResult result = Ctl({"php", "ext", "enable", "mysql"});
-    ASSERT_EQ(result.exitCode, 0) << result.err;
-    result = Ctl({"php", "ext", "disable", "php_gd.so"});
-    ASSERT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_EQ(Ctl({"php", "ext", "enable", "mysql"}).exitCode, 0);
+    EXPECT_EQ(Ctl({"php", "ext", "disable", "php_gd.so"}).exitCode, 0);
     EXPECT_EQ(Read("apache/php_8.2/php_source.ini"),
               "[PHP]\nextension=php_mysql.so\n;extension=php_gd.so\nextension_dir = "
               "\"{PHPEXTPATH}\"\n");
     EXPECT_FALSE(wxFileExists(tree.File("kovix.ini")));
+}
+
+TEST_F(CtlConfigTest, ModulesAreListedAndSwitchedByKey) {
+    EXPECT_EQ(Ctl({"apache", "modules", "--json"}).out,
+              "[{\"line\":\"LoadModule rewrite_module modules/mod_rewrite.so\",\"key\":"
+              "\"rewrite_module\",\"enabled\":true},{\"line\":\"#LoadModule {PHPMODULENAME} "
+              "\\\"{PHPPATH}/{PHPAPACHE2FILE}\\\"\",\"key\":\"PHP Kovix (Selected Version)\","
+              "\"enabled\":false}]\n");
+
+    EXPECT_EQ(Ctl({"apache", "module", "enable", "PHP Kovix (Selected Version)"}).exitCode, 0);
+    EXPECT_EQ(Ctl({"apache", "module", "disable", "rewrite_module"}).exitCode, 0);
+    std::string expected = apacheTemplate;
+    expected.erase(expected.find("#LoadModule {PHP"), 1);
+    expected.insert(expected.find("LoadModule rewrite"), "#");
+    EXPECT_EQ(Read("apache/conf/httpd_source.conf"), expected);
 }
 
 TEST_F(CtlConfigTest, RefusedSwitchesWriteNothing) {
@@ -129,29 +112,9 @@ TEST_F(CtlConfigTest, RefusedSwitchesWriteNothing) {
     EXPECT_EQ(unknown.exitCode, 1);
     EXPECT_TRUE(unknown.err.Contains("nosuch"));
     EXPECT_EQ(Ctl({"php", "ext", "enable"}).exitCode, 2);
-    EXPECT_EQ(Ctl({"php", "ext", "gd"}).exitCode, 2);
     EXPECT_EQ(Ctl({"apache", "module", "disable", "nosuch_module"}).exitCode, 1);
     EXPECT_EQ(Ctl({"php", "ext", "enable", "gd"}).exitCode, 0);
     EXPECT_EQ(Inode(source), before) << "a line already in the asked state is not rewritten";
     EXPECT_EQ(Read("apache/php_8.2/php_source.ini"), phpTemplate);
     EXPECT_EQ(Read("apache/conf/httpd_source.conf"), apacheTemplate);
-}
-
-TEST_F(CtlConfigTest, ModulesAreListedAndSwitchedByKey) {
-    EXPECT_EQ(Ctl({"apache", "modules", "--json"}).out,
-              "[{\"line\":\"LoadModule rewrite_module modules/mod_rewrite.so\",\"key\":"
-              "\"rewrite_module\",\"enabled\":true},{\"line\":\"#LoadModule {PHPMODULENAME} "
-              "\\\"{PHPPATH}/{PHPAPACHE2FILE}\\\"\",\"key\":\"PHP Kovix (Selected Version)\","
-              "\"enabled\":false}]\n");
-    EXPECT_EQ(Ctl({"apache", "modules"}).out,
-              "enabled   rewrite_module\ndisabled  PHP Kovix (Selected Version)\n");
-
-    CommandResult result = Ctl({"apache", "module", "enable", "PHP Kovix (Selected Version)"});
-    ASSERT_EQ(result.exitCode, 0) << result.err;
-    result = Ctl({"apache", "module", "disable", "rewrite_module"});
-    ASSERT_EQ(result.exitCode, 0) << result.err;
-    std::string expected = apacheTemplate;
-    expected.erase(expected.find("#LoadModule {PHP"), 1);
-    expected.insert(expected.find("LoadModule rewrite"), "#");
-    EXPECT_EQ(Read("apache/conf/httpd_source.conf"), expected);
 }

@@ -1,67 +1,45 @@
-#include "support/CommandRunner.h"
-#include "support/TempDir.h"
+#include "ctl/CtlTesting.h"
 
-#include <gtest/gtest.h>
 #include <wx/filefn.h>
 
-namespace {
+using CtlSettings = CtlTest;
 
-CommandResult Ctl(const TempDir& root, std::vector<wxString> args) {
-    args.insert(args.begin(), {KOVIXCTL_PATH, "--root", root.Path()});
-    return RunCommand(args);
+TEST_F(CtlSettings, ReadOnlyCommandsWriteNothing) {
+    EXPECT_EQ(Ctl({"port"}).out, "80\n");
+    EXPECT_EQ(Ctl({"mode"}).out, "offline\n");
+    EXPECT_EQ(Ctl({"url", "phpinfo"}).out, "http://localhost/kovix/phpinfo.php\n");
+    EXPECT_EQ(Ctl({"text", "WWW_FODLER", "--json"}).exitCode, 0);
+    // Without a stored language the locale's is used.
+    EXPECT_EQ(RunShell("LC_ALL= LC_MESSAGES= LANG=fr_FR.UTF-8 '" KOVIXCTL_PATH "' --root '" +
+                       tree.Path() + "' text STOP")
+                  .out,
+              wxString::FromUTF8("Arrêter\n"));
+    EXPECT_FALSE(wxFileExists(tree.File("kovix.ini")));
 }
 
-} // namespace
-
-TEST(CtlSettings, ReadOnlyCommandsWriteNothing) {
-    TempDir root;
-    EXPECT_EQ(Ctl(root, {"port"}).out, "80\n");
-    EXPECT_EQ(Ctl(root, {"mode"}).out, "offline\n");
-    EXPECT_EQ(Ctl(root, {"url", "phpinfo"}).out, "http://localhost/kovix/phpinfo.php\n");
-    EXPECT_EQ(Ctl(root, {"text", "WWW_FODLER", "--json"}).exitCode, 0);
-    EXPECT_FALSE(wxFileExists(root.File("kovix.ini")));
-}
-
-TEST(CtlSettings, SettersWriteOnlyWhatTheyChange) {
-    TempDir root;
-    WriteBytes(root.File("kovix.ini"), "ZZZ = \"kept\"\n");
-    CommandResult set = Ctl(root, {"port", "8080"});
+TEST_F(CtlSettings, SettersWriteOnlyWhatTheyChange) {
+    Write("kovix.ini", "ZZZ = \"kept\"\n");
+    CommandResult set = Ctl({"port", "8080"});
     EXPECT_EQ(set.exitCode, 0) << set.err;
-    EXPECT_EQ(ReadBytes(root.File("kovix.ini")), "APACHE_PORT = \"8080\"\nZZZ = \"kept\"\n\n");
-    EXPECT_EQ(Ctl(root, {"url", "site"}).out, "http://localhost:8080/\n");
-    Ctl(root, {"mode", "online"});
-    Ctl(root, {"lang", "fr"});
-    EXPECT_EQ(ReadBytes(root.File("kovix.ini")),
-              "APACHE_MODE = \"1\"\nAPACHE_PORT = \"8080\"\nCURRENT_LANG = \"fr\"\nZZZ = "
-              "\"kept\"\n\n");
-    EXPECT_EQ(Ctl(root, {"text", "START"}).out, wxString::FromUTF8("Démarrer\n"));
-    EXPECT_EQ(Ctl(root, {"lang"}).out, "fr\n");
+    EXPECT_EQ(Read("kovix.ini"), "APACHE_PORT = \"8080\"\nZZZ = \"kept\"\n\n");
+    EXPECT_EQ(Ctl({"url", "site"}).out, "http://localhost:8080/\n");
+    Ctl({"mode", "online"});
+    Ctl({"lang", "fr"});
+    EXPECT_EQ(Read("kovix.ini"), "APACHE_MODE = \"1\"\nAPACHE_PORT = \"8080\"\nCURRENT_LANG = "
+                                 "\"fr\"\nZZZ = \"kept\"\n\n");
+    EXPECT_EQ(Ctl({"text", "START"}).out, wxString::FromUTF8("Démarrer\n"));
+    EXPECT_EQ(Ctl({"lang"}).out, "fr\n");
 }
 
-TEST(CtlSettings, UsageErrorsExitTwoAndWriteNothing) {
-    TempDir root;
-    const std::vector<std::vector<wxString>> bad = {{"port", "abc"},
-                                                    {"port", "80", "81"},
-                                                    {"mode", "maybe"},
-                                                    {"lang", "de"},
-                                                    {"nosuchcommand"},
-                                                    {"--bogus", "port"},
-                                                    {},
-                                                    {"url", "ftp"}};
+TEST_F(CtlSettings, UsageErrorsExitTwoAndWriteNothing) {
+    const std::vector<std::vector<wxString>> bad = {
+        {"port", "abc"}, {"port", "80", "81"}, {"mode", "maybe"},   {"lang", "de"},
+        {"url", "ftp"},  {"nosuchcommand"},    {"--bogus", "port"}, {}};
     for (const auto& args : bad) {
-        CommandResult result = Ctl(root, args);
+        CommandResult result = Ctl(args);
         EXPECT_EQ(result.exitCode, 2) << (args.empty() ? wxString("(none)") : args[0]);
         EXPECT_TRUE(result.err.Contains("usage: kovixctl"));
         EXPECT_TRUE(result.out.empty());
     }
-    EXPECT_FALSE(wxFileExists(root.File("kovix.ini")));
-}
-
-TEST(CtlSettings, LanguageFollowsTheLocaleWhenUnset) {
-    TempDir root;
-    CommandResult french =
-        RunShell("LC_ALL= LC_MESSAGES= LANG=fr_FR.UTF-8 '" KOVIXCTL_PATH "' --root '" +
-                 root.Path() + "' text STOP");
-    EXPECT_EQ(french.out, wxString::FromUTF8("Arrêter\n"));
-    EXPECT_FALSE(wxFileExists(root.File("kovix.ini")));
+    EXPECT_FALSE(wxFileExists(tree.File("kovix.ini")));
 }

@@ -2,13 +2,7 @@
 
 #include "support/TreeFiles.h"
 
-#include <wx/utils.h>
-
-namespace {
-const char* const ScopeVariable = "KOVIX_PROCESS_SCOPE";
-}
-
-SmallTree::SmallTree() : dir("kovix-small") {
+SmallTree::SmallTree() : dir("kovix-small"), scope("KOVIX_PROCESS_SCOPE", dir.Path()) {
     const wxString& root = dir.Path();
     WriteTreeFile(root, "apache/conf/httpd_source.conf", "Listen {APACHE_PORT}\n");
     WriteTreeFile(root, "apache/php_8.2/php_source.ini", "extension=php_gd.so\n");
@@ -19,13 +13,4 @@ SmallTree::SmallTree() : dir("kovix-small") {
     WriteTreeFile(root, "mysql/my_source.ini", "[mysqld]\n");
     WriteTreeFile(root, "mysql/data/mysql.err", "ready\n");
     WriteTreeFile(root, "www/index.php", "<?php\n");
-    hadScope = wxGetEnv(ScopeVariable, &previousScope);
-    wxSetEnv(ScopeVariable, root);
-}
-
-SmallTree::~SmallTree() {
-    if (hadScope)
-        wxSetEnv(ScopeVariable, previousScope);
-    else
-        wxUnsetEnv(ScopeVariable);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "support/ScopedEnv.h"
 #include "support/TempDir.h"
 
 #include <wx/string.h>
@@ -11,7 +12,6 @@
 class SmallTree {
 public:
     SmallTree();
-    ~SmallTree();
     SmallTree(const SmallTree&) = delete;
     SmallTree& operator=(const SmallTree&) = delete;
 
@@ -20,6 +20,5 @@ public:
 
 private:
     TempDir dir;
-    wxString previousScope;
-    bool hadScope = false;
+    ScopedEnv scope;
 };

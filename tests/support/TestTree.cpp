@@ -2,14 +2,9 @@
 
 #include "platform/Platform.h"
 
-#include <wx/utils.h>
-
 #include <algorithm>
 #include <arpa/inet.h>
 #include <chrono>
-#include <cstdio>
-#include <cstdlib>
-#include <dirent.h>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
@@ -31,39 +26,17 @@ namespace {
 const char* const ScopeVariable = "KOVIX_PROCESS_SCOPE";
 const char* const TreeFolderName = "kovix tree";
 
-std::string MakeTempFolder(const char* prefix) {
-    std::string pattern =
-        std::filesystem::temp_directory_path().string() + "/" + prefix + "-XXXXXX";
-    if (!mkdtemp(pattern.data()))
-        throw std::runtime_error("cannot create a temporary folder");
-    // Apache started by root serves as www-data, which must enter the folders above the tree.
-    std::filesystem::permissions(pattern, std::filesystem::perms::others_exec,
-                                 std::filesystem::perm_options::add);
-    return pattern;
-}
-
-// FNV-1a of the assembler and of every file of stack/ (names and bytes): a tree assembled from
-// other templates is another tree.
+// A digest of the assembler and of stack/ (names, modes and bytes): a tree assembled from other
+// templates is another tree.
 std::string ContentKey(const wxString& sourceDir) {
-    const std::filesystem::path source = sourceDir.utf8_string();
-    std::vector<std::filesystem::path> files{source / "scripts/assemble-tree.sh"};
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(source / "stack"))
-        if (entry.is_regular_file())
-            files.push_back(entry.path());
-    std::sort(files.begin(), files.end());
-    std::uint64_t hash = 14695981039346656037ull;
-    auto add = [&hash](const std::string& bytes) {
-        for (unsigned char byte : bytes)
-            hash = (hash ^ byte) * 1099511628211ull;
-    };
-    for (const auto& file : files) {
-        add(file.string());
-        std::ifstream in(file, std::ios::binary);
-        add(std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()));
-    }
-    char text[17];
-    std::snprintf(text, sizeof text, "%016llx", static_cast<unsigned long long>(hash));
-    return text;
+    const CommandResult digest =
+        RunCommand({"bash", "-c",
+                    "set -o pipefail; cd \"$0\" && tar --sort=name --mtime=@0 --owner=0 --group=0 "
+                    "--numeric-owner -cf - scripts/assemble-tree.sh stack | md5sum",
+                    sourceDir});
+    if (digest.exitCode != 0)
+        throw std::runtime_error("cannot digest the templates: " + digest.err.utf8_string());
+    return digest.out.Left(16).utf8_string();
 }
 
 // An exclusive lock on a file, held while it lives.
@@ -108,13 +81,9 @@ void CopyAssembledTree(const wxString& sourceDir, const wxString& to) {
 }
 
 void SetMysqlPort(const wxString& root, int port) {
-    const std::string path = (root + "/mysql/my_source.ini").utf8_string();
-    std::ifstream in(path);
-    std::stringstream text;
-    text << in.rdbuf();
-    const std::string changed = std::regex_replace(text.str(), std::regex("(^|\n)port *= *[0-9]+"),
-                                                   "$1port=" + std::to_string(port));
-    std::ofstream(path, std::ios::trunc) << changed;
+    const wxString path = root + "/mysql/my_source.ini";
+    WriteBytes(path, std::regex_replace(ReadBytes(path), std::regex("(^|\n)port *= *[0-9]+"),
+                                        "$1port=" + std::to_string(port)));
 }
 
 std::string FirstPhpVersion(const wxString& root) {
@@ -164,37 +133,33 @@ bool IsServerName(const std::string& comm) {
 
 } // namespace
 
-TestTree::TestTree(const wxString& sourceDir) {
-    folder = wxString::FromUTF8(MakeTempFolder("kovix-test"));
-    root = folder + "/" + TreeFolderName;
-    try {
-        CopyAssembledTree(sourceDir, root);
-    } catch (...) {
-        std::filesystem::remove_all(folder.utf8_string());
-        throw;
-    }
+TestTree::TestTree(const wxString& sourceDir)
+    : root(folder.Path() + "/" + TreeFolderName), scope(ScopeVariable, root) {
+    // Apache started by root serves as www-data, which must enter the folders above the tree.
+    std::filesystem::permissions(folder.Path().utf8_string(), std::filesystem::perms::others_exec,
+                                 std::filesystem::perm_options::add);
+    CopyAssembledTree(sourceDir, root);
     apachePort = FreePort();
     do
         mysqlPort = FreePort();
     while (mysqlPort == apachePort);
     SetMysqlPort(root, mysqlPort);
-    std::ofstream(File("kovix.ini").utf8_string())
-        << "APACHE_PORT = \"" << apachePort << "\"\nPHP_CURRENT_VERSION = \""
-        << FirstPhpVersion(root) << "\"\n";
-
-    hadScope = wxGetEnv(ScopeVariable, &previousScope);
-    wxSetEnv(ScopeVariable, root);
+    WriteBytes(File("kovix.ini"), "APACHE_PORT = \"" + std::to_string(apachePort) +
+                                      "\"\nPHP_CURRENT_VERSION = \"" + FirstPhpVersion(root) +
+                                      "\"\n");
     prctl(PR_SET_CHILD_SUBREAPER, 1);
 }
 
+// Kills every process of the tree and waits until none is left; the folder goes afterwards.
 TestTree::~TestTree() {
-    StopServers();
-    if (hadScope)
-        wxSetEnv(ScopeVariable, previousScope);
-    else
-        wxUnsetEnv(ScopeVariable);
-    std::error_code ignored;
-    std::filesystem::remove_all(folder.utf8_string(), ignored);
+    const auto giveUp = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    for (auto pids = Processes(); !pids.empty() && std::chrono::steady_clock::now() < giveUp;
+         pids = Processes()) {
+        for (long pid : pids)
+            kill(static_cast<pid_t>(pid), SIGKILL);
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    ReapEndedServers();
 }
 
 CommandResult TestTree::Ctl(const wxString& kovixctlPath, std::vector<wxString> arguments) const {
@@ -231,17 +196,6 @@ std::vector<TestTree::ProcessState> TestTree::ProcessesNamed(const wxString& nam
             found.push_back({pid, state});
     }
     return found;
-}
-
-void TestTree::StopServers() {
-    const auto giveUp = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-    for (auto pids = Processes(); !pids.empty() && std::chrono::steady_clock::now() < giveUp;
-         pids = Processes()) {
-        for (long pid : pids)
-            kill(static_cast<pid_t>(pid), SIGKILL);
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    }
-    ReapEndedServers();
 }
 
 void TestTree::ReapEndedServers() {

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "support/CommandRunner.h"
+#include "support/ScopedEnv.h"
+#include "support/TempDir.h"
 
 #include <wx/string.h>
 
@@ -43,8 +45,6 @@ public:
         char state;
     };
     std::vector<ProcessState> ProcessesNamed(const wxString& name) const;
-    // Kills every process of the tree and waits until none is left; reaps the adopted ones.
-    void StopServers();
     // Reaps server processes this process adopted or started that have ended.
     static void ReapEndedServers();
 
@@ -52,10 +52,9 @@ public:
     static int FreePort();
 
 private:
-    wxString folder; // the temporary folder holding the tree
+    TempDir folder; // holds the tree
     wxString root;
-    wxString previousScope;
-    bool hadScope = false;
+    ScopedEnv scope;
     int apachePort = 0;
     int mysqlPort = 0;
 };
