@@ -60,9 +60,11 @@ Invocation ParseOptions(const std::vector<wxString>& arguments) {
         const wxString& argument = arguments[i];
         if (argument == "--json")
             invocation.json = true;
-        else if (argument == "--root" && i + 1 < arguments.size())
+        else if (argument == "--root") {
+            if (i + 1 == arguments.size())
+                throw CtlUsageError("--root needs a folder");
             invocation.root = arguments[++i];
-        else if (argument.StartsWith("--"))
+        } else if (argument.StartsWith("--"))
             throw CtlUsageError("unknown option " + Utf8(argument));
         else
             invocation.words.push_back(argument);
