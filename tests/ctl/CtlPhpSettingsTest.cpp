@@ -57,6 +57,13 @@ TEST_F(CtlPhpSettings, SetRewritesOnlyTheDirectiveLines) {
     EXPECT_EQ(Read("kovix.ini"), settingsFile);
 }
 
+TEST_F(CtlPhpSettings, WithoutAStoredVersionTheFirstInstalledOneIsUsedAndNotStored) {
+    Write("kovix.ini", "");
+    EXPECT_EQ(Ctl({"php", "set", "short_open_tag", "On"}).exitCode, 0);
+    EXPECT_NE(Read(templatePath).find("short_open_tag = On\n"), std::string::npos);
+    EXPECT_EQ(Read("kovix.ini"), "");
+}
+
 TEST_F(CtlPhpSettings, RefusalsWriteNothing) {
     struct Case {
         std::vector<wxString> args;

@@ -29,12 +29,18 @@ TEST_F(CtlSettings, SettersWriteOnlyWhatTheyChange) {
                                  "\"fr\"\nZZZ = \"kept\"\n\n");
     EXPECT_EQ(Ctl({"text", "START"}).out, wxString::FromUTF8("Démarrer\n"));
     EXPECT_EQ(Ctl({"lang"}).out, "fr\n");
+
+    // Setting what is already there changes nothing, so nothing is written.
+    Write("kovix.ini", "APACHE_PORT = \"8080\"\nZZZ=\"kept\"\n");
+    EXPECT_EQ(Ctl({"port", "8080"}).exitCode, 0);
+    EXPECT_EQ(Read("kovix.ini"), "APACHE_PORT = \"8080\"\nZZZ=\"kept\"\n");
 }
 
 TEST_F(CtlSettings, UsageErrorsExitTwoAndWriteNothing) {
     const std::vector<std::vector<wxString>> bad = {
-        {"port", "abc"}, {"port", "80", "81"}, {"mode", "maybe"},   {"lang", "de"},
-        {"url", "ftp"},  {"nosuchcommand"},    {"--bogus", "port"}, {}};
+        {"port", "abc"},   {"port", "80", "81"}, {"mode", "maybe"},   {"lang", "de"},
+        {"url", "ftp"},    {"nosuchcommand"},    {"--bogus", "port"}, {},
+        {"port", "--root"}};
     for (const auto& args : bad) {
         CommandResult result = Ctl(args);
         EXPECT_EQ(result.exitCode, 2) << (args.empty() ? wxString("(none)") : args[0]);
