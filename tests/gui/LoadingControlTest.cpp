@@ -29,7 +29,7 @@ protected:
     LoadingControl* loading = nullptr;
 };
 
-TEST_F(LoadingControlTest, ShowsItsTextOverTheDialogAtOnce) {
+TEST_F(LoadingControlTest, ShowsItsTextOverTheDialogAtOnceAndReplacesIt) {
     EXPECT_FALSE(loading->IsShown());
     ASSERT_TRUE(WaitForPaint(*dialog));
 
@@ -55,11 +55,9 @@ TEST_F(LoadingControlTest, ShowsItsTextOverTheDialogAtOnce) {
         }
     EXPECT_GT(backgroundPixels, shot.GetWidth() * shot.GetHeight() / 2);
     EXPECT_GT(inkPixels, 20) << "the text is drawn";
-}
 
-TEST_F(LoadingControlTest, ASecondTextReplacesTheFirst) {
+    // A second text replaces the first.
     const std::size_t children = dialog->GetChildren().size();
-    loading->ShowText("Loading PHP Config...");
     loading->ShowText("Saving PHP Extensions...");
     EXPECT_EQ(Label()->GetLabelText(), "Saving PHP Extensions...");
     EXPECT_EQ(dialog->GetChildren().size(), children);

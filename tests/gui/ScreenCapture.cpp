@@ -6,30 +6,19 @@
 
 #include <wx/filefn.h>
 #include <wx/utils.h>
-#include <wx/window.h>
 
-PaintWatch::PaintWatch(wxWindow& window) : window(window) {
-    Bind(wxEVT_PAINT, [this](wxPaintEvent& event) {
+bool WaitForPaint(wxWindow& window, const std::function<void()>& change) {
+    bool painted = false;
+    const auto note = [&painted](wxPaintEvent& event) {
         painted = true;
         event.Skip();
-    });
-    window.PushEventHandler(this);
-}
-
-PaintWatch::~PaintWatch() {
-    window.PopEventHandler();
-}
-
-bool PaintWatch::Wait(int timeoutMs) {
-    const bool seen = WaitFor([this] { return painted; }, timeoutMs);
+    };
+    window.Bind(wxEVT_PAINT, note);
+    change ? change() : window.Refresh();
+    const bool seen = WaitFor([&] { return painted; }, 5000);
+    window.Unbind(wxEVT_PAINT, note);
     WaitFor([] { return false; }, 50);
     return seen;
-}
-
-bool WaitForPaint(wxWindow& window) {
-    PaintWatch watch(window);
-    window.Refresh();
-    return watch.Wait();
 }
 
 wxImage CaptureScreen(const wxRect& rect) {

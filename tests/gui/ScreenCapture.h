@@ -1,24 +1,13 @@
 #pragma once
 
-#include <wx/event.h>
 #include <wx/image.h>
+#include <wx/window.h>
 
-// Notes the paint events of a window from construction on, so that a test can wait until a change
-// has reached the screen before it looks.
-class PaintWatch : public wxEvtHandler {
-public:
-    explicit PaintWatch(wxWindow& window);
-    ~PaintWatch() override;
-    // Runs the event loop until the window has painted, then lets the frame reach the X server.
-    bool Wait(int timeoutMs = 5000);
+#include <functional>
 
-private:
-    wxWindow& window;
-    bool painted = false;
-};
-
-// Refreshes window and waits until it has painted itself.
-bool WaitForPaint(wxWindow& window);
+// Runs change (by default a refresh of window) and the event loop until window has painted, then
+// lets the frame reach the X server; false when it did not paint.
+bool WaitForPaint(wxWindow& window, const std::function<void()>& change = nullptr);
 // What the X server shows of a rectangle of the screen (Xvfb in the tests), as drawn so far; an
 // invalid image when ImageMagick's import is missing.
 wxImage CaptureScreen(const wxRect& rect);

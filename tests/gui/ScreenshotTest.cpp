@@ -97,16 +97,13 @@ const char* const SAMPLE_HOSTS = "\n<VirtualHost *:80>\n"
                                  "\tServerName \"shop.local\"\n"
                                  "\tServerAlias \"www.shop.local\"\n"
                                  "\tAlias \"/media\" \"{DOCUMENTPATH}/shop-media\"\n"
-                                 "\tErrorLog \"{APACHEPATH}/logs/shop-error.log\"\n"
                                  "\t<Directory \"{DOCUMENTPATH}/shop\">\n"
                                  "\t\tAllowOverride All\n"
                                  "\t\tOptions FollowSymLinks Indexes \n"
-                                 "\t\tRequire all granted\n"
                                  "\t</Directory>\n"
                                  "</VirtualHost>\n"
                                  "<VirtualHost 127.0.0.1:80>\n"
                                  "\tServerName \"blog.local\"\n"
-                                 "\tDocumentRoot \"{DOCUMENTPATH}/blog\"\n"
                                  "</VirtualHost>\n";
 
 } // namespace

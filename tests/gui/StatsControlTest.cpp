@@ -76,16 +76,15 @@ TEST(StatsControlTest, SegmentEndPointsFollowTheIntegerArithmetic) {
     EXPECT_EQ(line[98].to, wxPoint(397, 151 - 226));
     EXPECT_EQ(layout.legends[0].text, "Apache - 150%");
     EXPECT_EQ(layout.legends[0].position, wxPoint(397 - 6 * 13 - 5, 2));
-}
 
-TEST(StatsControlTest, ASingleSampleSeriesHasOnlyItsLegend) {
+    // A single sample draws no line, only its legend.
     std::vector<ChartSeries> one{ChartSeries("Solo", wxColour(255, 0, 0), 1)};
     one[0].Add(7);
-    const ChartLayout layout =
+    const ChartLayout solo =
         StatsControl::ComputeLayout(wxSize(300, 100), one, SixPixelsPerCharacter);
-    ASSERT_EQ(layout.legends.size(), 1u);
-    EXPECT_EQ(layout.legends[0].text, "Solo - 7%");
-    EXPECT_TRUE(layout.lines[0].empty());
+    ASSERT_EQ(solo.legends.size(), 1u);
+    EXPECT_EQ(solo.legends[0].text, "Solo - 7%");
+    EXPECT_TRUE(solo.lines[0].empty());
 }
 
 TEST(StatsControlTest, DrawnLinesGridAndBackgroundSitAtTheComputedPixels) {

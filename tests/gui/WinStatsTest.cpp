@@ -62,9 +62,8 @@ TEST_F(WinStatsTest, TheShownChartFollowsTheSeriesAfterEachChange) {
 
     for (int tick = 0; tick < 100; ++tick)
         series[0].Add(50);
-    PaintWatch watch(*stats->GetChart());
-    stats->SeriesChanged();
-    ASSERT_TRUE(watch.Wait()) << "the change repaints the chart";
+    ASSERT_TRUE(WaitForPaint(*stats->GetChart(), [&] { stats->SeriesChanged(); }))
+        << "the change repaints the chart";
     EXPECT_EQ(onScreen(), series[0].colour);
 }
 
