@@ -69,10 +69,3 @@ std::vector<wxString> Rows(const wxListBox* list) {
         rows.push_back(list->GetString(i));
     return rows;
 }
-
-wxString Unwrapped(wxString text) {
-    text.Replace("\n", " ");
-    while (text.Replace("  ", " "))
-        ;
-    return text.Trim().Trim(false);
-}

@@ -57,8 +57,6 @@ void Choose(wxWindow* box, int row, wxEventType type = wxEVT_NULL);
 void Choose(wxWindow* box, const wxString& text);
 void Type(wxWindow* top, int id, const wxString& text);
 std::vector<wxString> Rows(const wxListBox* list);
-// The text of a wrapping label with its line breaks and runs of blanks made single blanks.
-wxString Unwrapped(wxString text);
 
 // Expects a message box, remembers its message and caption, and answers it with answer.
 class ExpectMessage : public wxExpectModalBase<wxMessageDialog, ExpectMessage> {

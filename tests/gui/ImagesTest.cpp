@@ -25,23 +25,3 @@ TEST(ImagesTest, EveryPictureDecodesOnceAtItsSize) {
         EXPECT_TRUE(pictures[i].get().IsSameAs(bitmap)) << i << " is decoded once";
     }
 }
-
-TEST(ImagesTest, StatusPicturesTellStoppedFromRunning) {
-    // A point of the badge at the bottom right, above its white mark.
-    const wxImage stopped = Images::StatusStopped().ConvertToImage();
-    const wxImage running = Images::StatusRunning().ConvertToImage();
-    EXPECT_GT(stopped.GetRed(35, 28), 2 * stopped.GetGreen(35, 28));
-    EXPECT_GT(running.GetGreen(35, 28), 2 * running.GetRed(35, 28));
-}
-
-TEST(ImagesTest, ProgramIconsAndRejectedData) {
-    const wxIconBundle icons = Images::ProgramIcons();
-    EXPECT_EQ(icons.GetIconCount(), 5u);
-    for (int size : {16, 24, 32, 48, 64})
-        EXPECT_EQ(icons.GetIconOfExactSize(size).GetWidth(), size);
-    EXPECT_EQ(Images::TrayIcon().GetSize(), wxSize(32, 32));
-
-    const unsigned char notPng[] = "GIF89a not a picture";
-    EXPECT_FALSE(LoadEmbeddedBitmap(notPng, sizeof notPng).IsOk());
-    EXPECT_FALSE(LoadEmbeddedBitmap(notPng, 0).IsOk());
-}

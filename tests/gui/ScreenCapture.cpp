@@ -7,14 +7,14 @@
 #include <wx/filefn.h>
 #include <wx/utils.h>
 
-bool WaitForPaint(wxWindow& window, const std::function<void()>& change) {
+bool WaitForPaint(wxWindow& window) {
     bool painted = false;
     const auto note = [&painted](wxPaintEvent& event) {
         painted = true;
         event.Skip();
     };
     window.Bind(wxEVT_PAINT, note);
-    change ? change() : window.Refresh();
+    window.Refresh();
     const bool seen = WaitFor([&] { return painted; }, 5000);
     window.Unbind(wxEVT_PAINT, note);
     WaitFor([] { return false; }, 50);

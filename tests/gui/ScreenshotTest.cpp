@@ -22,18 +22,16 @@ wxString ShotsFolder() {
     return folder;
 }
 
-void Shoot(wxWindow& window, const wxString& name) {
+// Shows page of a dialog's notebook first when page is given.
+void Shoot(wxWindow& window, const wxString& name, int page = -1) {
+    if (page >= 0)
+        Named<wxNotebook>(&window, "notebook")->SetSelection(page);
     window.Raise();
     ASSERT_TRUE(WaitForPaint(window));
     const wxImage shot = CaptureScreen(window.GetScreenRect());
     ASSERT_TRUE(shot.IsOk()) << "ImageMagick's import is needed";
     const wxString file = wxFileName(ShotsFolder(), name + ".png").GetFullPath();
     ASSERT_TRUE(shot.SaveFile(file, wxBITMAP_TYPE_PNG));
-}
-
-void ShootPage(wxDialog& dialog, int page, const wxString& name) {
-    Named<wxNotebook>(&dialog, "notebook")->SetSelection(page);
-    Shoot(dialog, name);
 }
 
 class ScreenshotTest : public MainWindowTest<RealTree> {
@@ -60,10 +58,10 @@ protected:
             wxString::Format("/bin/sh -c \"while :; do curl -s -o /dev/null http://127.0.0.1:%d/; "
                              "curl -s -o /dev/null http://127.0.0.1:%d/kovix/phpinfo.php; done\"",
                              tree.ApachePort(), tree.ApachePort());
-        const std::unique_ptr<ChildProcess> requests = Platform::Get().StartHidden(load);
-        WaitFor([] { return false; }, 25000);
-        if (requests)
+        if (const std::unique_ptr<ChildProcess> requests = Platform::Get().StartHidden(load)) {
+            WaitFor([] { return false; }, 25000);
             Platform::Get().KillProcess(requests->Pid());
+        }
         WaitFor([] { return false; }, 3000);
         Shoot(*window, "main-" + language + "-running");
 
@@ -84,13 +82,7 @@ protected:
     LocalHttpServer productSite;
 };
 
-class ConfigDialogScreenshotTest : public ConfigDialogTest<WinApacheConf> {
-protected:
-    void SetUp() override {
-        if (ShotsFolder().empty())
-            GTEST_SKIP() << "KOVIX_SCREENSHOTS_DIR is not set";
-    }
-};
+using ConfigDialogScreenshotTest = ConfigDialogTest<WinApacheConf>;
 
 const char* const SAMPLE_HOSTS = "\n<VirtualHost *:80>\n"
                                  "\tDocumentRoot \"{DOCUMENTPATH}/shop\"\n"
@@ -132,6 +124,8 @@ TEST_F(ScreenshotTest, MainStatisticsAndPreferencesInEnglishAndFrench) {
 }
 
 TEST_F(ConfigDialogScreenshotTest, ApacheAndPhpDialogs) {
+    if (ShotsFolder().empty())
+        GTEST_SKIP() << "KOVIX_SCREENSHOTS_DIR is not set";
     WriteBytes(paths.ApacheSourceConfig(), ReadBytes(paths.ApacheSourceConfig()) + SAMPLE_HOSTS);
     WinApacheConf apache(nullptr, paths);
     WinPHPExt php(nullptr, paths);
@@ -139,12 +133,12 @@ TEST_F(ConfigDialogScreenshotTest, ApacheAndPhpDialogs) {
     php.Show();
     ASSERT_TRUE(WaitFor([&] { return !apache.IsBusy() && !php.IsBusy(); }));
     Choose(Control(&apache, WinApacheConf::ID_HOSTS), 0);
-    ShootPage(apache, 0, "apache-hosts-en");
+    Shoot(apache, "apache-hosts-en", 0);
     Choose(Control(&apache, WinApacheConf::ID_MODULES), "rewrite_module");
-    ShootPage(apache, 1, "apache-modules-en");
+    Shoot(apache, "apache-modules-en", 1);
     apache.Hide();
     Choose(Control(&php, WinPHPExt::ID_EXTENSIONS), "curl");
-    ShootPage(php, 0, "php-extensions-en");
+    Shoot(php, "php-extensions-en", 0);
     Choose(Control(&php, WinPHPExt::ID_SETTINGS), "Display errors");
-    ShootPage(php, 1, "php-settings-en");
+    Shoot(php, "php-settings-en", 1);
 }

@@ -1,24 +1,12 @@
 #include "gui/StatsControl.h"
 
 #include <gtest/gtest.h>
-#include <wx/dcmemory.h>
-#include <wx/frame.h>
-#include <wx/image.h>
-
-#include <cstdlib>
 
 namespace {
 
 // A fixed text width keeps the legend arithmetic independent of the installed fonts.
 int SixPixelsPerCharacter(const wxString& text) {
     return 6 * static_cast<int>(text.length());
-}
-
-bool Near(const wxImage& image, int x, int y, const wxColour& colour) {
-    const int tolerance = 40;
-    return std::abs(image.GetRed(x, y) - colour.Red()) <= tolerance &&
-           std::abs(image.GetGreen(x, y) - colour.Green()) <= tolerance &&
-           std::abs(image.GetBlue(x, y) - colour.Blue()) <= tolerance;
 }
 
 } // namespace
@@ -85,53 +73,4 @@ TEST(StatsControlTest, SegmentEndPointsFollowTheIntegerArithmetic) {
     ASSERT_EQ(solo.legends.size(), 1u);
     EXPECT_EQ(solo.legends[0].text, "Solo - 7%");
     EXPECT_TRUE(solo.lines[0].empty());
-}
-
-TEST(StatsControlTest, DrawnLinesGridAndBackgroundSitAtTheComputedPixels) {
-    std::vector<ChartSeries> series = MakeCpuSeries();
-    for (int i = 0; i < 100; ++i) {
-        series[0].Add(70);
-        series[1].Add(20);
-        series[2].Add(90);
-    }
-    const wxSize size(400, 200);
-    wxFrame* frame = new wxFrame(nullptr, wxID_ANY, "chart");
-    auto* chart = new StatsControl(frame, wxID_ANY, &series, wxDefaultPosition, size);
-    wxBitmap bitmap(size.x, size.y, 24);
-    {
-        wxMemoryDC dc(bitmap);
-        chart->Draw(dc, size);
-    }
-    frame->Destroy();
-    const wxImage image = bitmap.ConvertToImage();
-    wxMemoryDC measure;
-    measure.SetFont(wxFont(7, wxFONTFAMILY_DEFAULT, wxFONTSTYLE_NORMAL, wxFONTWEIGHT_NORMAL));
-    const ChartLayout layout = StatsControl::ComputeLayout(
-        size, series, [&measure](const wxString& text) { return measure.GetTextExtent(text).x; });
-
-    // Each series is a flat line at its computed height, checked at every segment's end points
-    // left of the legends.
-    for (std::size_t place = 0; place < series.size(); ++place) {
-        for (const ChartSegment& segment : layout.lines[place]) {
-            if (segment.to.x >= 250)
-                break;
-            EXPECT_TRUE(Near(image, segment.to.x, segment.to.y, series[place].colour))
-                << series[place].name << " at " << segment.to.x << "," << segment.to.y;
-        }
-    }
-    EXPECT_EQ(layout.lines[0][10].to.y, 60);
-    EXPECT_EQ(layout.lines[2][10].to.y, 20);
-    EXPECT_TRUE(Near(image, 200, 156, wxColour(0, 100, 0))) << "grid line at 20%";
-    EXPECT_TRUE(Near(image, 200, 100, *wxBLACK)) << "background";
-
-    // The legends are written in their series' colour from the computed corner onwards.
-    for (std::size_t place = 0; place < series.size(); ++place) {
-        const wxPoint at = layout.legends[place].position;
-        bool inked = false;
-        for (int y = at.y; y < at.y + 10 && !inked; ++y)
-            for (int x = at.x; x < size.x - 5 && !inked; ++x)
-                inked = Near(image, x, y, series[place].colour);
-        EXPECT_TRUE(inked) << series[place].name;
-        EXPECT_FALSE(Near(image, at.x - 2, at.y + 5, series[place].colour));
-    }
 }

@@ -67,23 +67,6 @@ TEST_F(WinKovixInformationTest, ShowsTheAddressAndTheReleaseLine) {
     }
 }
 
-TEST_F(WinKovixInformationTest, FillsThePanelOnceAndNeverAsksAgain) {
-    LocalHttpServer ipService;
-    LocalHttpServer productSite;
-    ipService.Serve("/", "203.0.113.7");
-    productSite.Serve(HostNameLookupThread::VERSION_PATH, "version = \"1.2\"");
-    Open(ipService, productSite);
-    ASSERT_TRUE(WaitForInformation());
-    Link()->SetLabel("changed");
-    Control(window, WinKovix::ID_IP_VALUE)->SetLabel("changed");
-    const auto start = Clock::now();
-    WaitFor([&] { return SecondsSince(start) > 1.5; }); // three ticks
-    EXPECT_EQ(Label(WinKovix::ID_IP_VALUE), "changed");
-    EXPECT_EQ(Link()->GetLabel(), "changed");
-    EXPECT_EQ(ipService.Requests().size(), 1u);
-    EXPECT_EQ(productSite.Requests().size(), 1u);
-}
-
 TEST_F(WinKovixInformationTest, StalledServicesLeaveTheWindowTickingUntilBothLinesShow) {
     LocalHttpServer stalled(true);
     Open(stalled, stalled);

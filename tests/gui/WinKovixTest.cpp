@@ -1,19 +1,15 @@
-// The main window against a small tree: controls and texts, choices, menus, refusals, the port
-// test, the close question. Servers are stood in for by FakeServer processes.
+// The main window against a small tree, FakeServer processes standing in for the servers.
 #include "gui/WinKovix.h"
 #include "core/ProcessLookup.h"
 #include "gui/GuiFixtures.h"
 #include "gui/WinPrefs.h"
 #include "gui/WinStats.h"
-#include "gui/WinTaskBarIcon.h"
 #include "support/FakeServer.h"
 #include "support/TreeFiles.h"
 
 #include <wx/choice.h>
 #include <wx/hyperlink.h>
-#include <wx/menu.h>
 #include <wx/socket.h>
-#include <wx/spinctrl.h>
 #include <wx/textctrl.h>
 #include <wx/tokenzr.h>
 
@@ -60,12 +56,10 @@ TEST_F(WinKovixTest, StartUpBuildsEveryControlWithItsTextsInEnglishAndFrench) {
     const struct {
         const char* language;
         const char* start;
-        const char* update;
         const char* welcome;
     } languages[] = {
-        {"en", "Start", "Update : ", "Welcome To Kovix (Apache PHP MySQL PHPMyAdmin server)"},
-        {"fr", "Démarrer",
-         "Mise à jour : ", "Bienvenue sur Kovix (Apache PHP MySQL PHPMyAdmin serveur)"},
+        {"en", "Start", "Welcome To Kovix (Apache PHP MySQL PHPMyAdmin server)"},
+        {"fr", "Démarrer", "Bienvenue sur Kovix (Apache PHP MySQL PHPMyAdmin serveur)"},
     };
     for (const auto& language : languages) {
         SCOPED_TRACE(language.language);
@@ -78,7 +72,6 @@ TEST_F(WinKovixTest, StartUpBuildsEveryControlWithItsTextsInEnglishAndFrench) {
         for (int id : unlabelled)
             EXPECT_NE(Control(window, id), nullptr) << id;
         EXPECT_EQ(Label(W::ID_BTN_START), wxString::FromUTF8(language.start));
-        EXPECT_EQ(Label(W::ID_LABEL_UPDATE), wxString::FromUTF8(language.update));
         EXPECT_EQ(Console(), language.welcome + ("\n" + wxString('-', 49) + "\n\n"));
         EXPECT_FALSE(Control(window, W::ID_UPDATE_LINK)->IsShown());
         EXPECT_FALSE(IsEnabled(W::ID_BTN_STOP));
@@ -88,24 +81,6 @@ TEST_F(WinKovixTest, StartUpBuildsEveryControlWithItsTextsInEnglishAndFrench) {
         EXPECT_EQ(frame.GetTitle(), "Kovix 1.1");
         EXPECT_FALSE(frame.GetWindowStyleFlag() & (wxRESIZE_BORDER | wxMAXIMIZE_BOX));
         EXPECT_EQ(frame.GetMinSize(), frame.GetMaxSize());
-        Close();
-    }
-}
-
-TEST_F(WinKovixTest, StoredPhpVersionIsSelectedOrTheFirstInstalledWithoutARestart) {
-    const struct {
-        const char* stored;
-        const char* chosen;
-    } cases[] = {
-        {"php_8.2", "php_8.2"}, {"", "php_7.4"}, {"php_9.9", "php_7.4"}, {"PHP_8.2", "php_7.4"}};
-    for (const auto& c : cases) {
-        settings.SetPhpVersion(c.stored);
-        Open();
-        auto* versions = Control<wxChoice>(window, W::ID_PHP_VERSION);
-        ASSERT_EQ(versions->GetCount(), 2u);
-        EXPECT_EQ(versions->GetStringSelection(), c.chosen) << c.stored;
-        EXPECT_EQ(settings.GetPhpVersion(), c.chosen) << c.stored;
-        EXPECT_EQ(window->GetRestartState(), W::RESTART_IDLE);
         Close();
     }
 }
@@ -130,20 +105,6 @@ TEST_F(WinKovixTest, UserChoicesMarkARestartThatAStoppedTickDropsWithoutStarting
     EXPECT_FALSE(wxFileExists(tree.File("apache/conf/httpd.conf")));
 }
 
-TEST_F(WinKovixTest, LaunchStartsTheServersOnlyWhenAskedAndNothingRuns) {
-    settings.SetBool(AppSettings::START_ON_START, true);
-    {
-        FakeServer httpd(tree.Root(), "apache/bin/httpd");
-        EXPECT_NO_DIALOG(Open());
-        EXPECT_FALSE(wxFileExists(tree.File("apache/conf/httpd.conf")));
-        EXPECT_FALSE(wxFileExists(tree.File("mysql/my.ini")));
-        Close();
-    }
-    EXPECT_NO_DIALOG(Open());
-    EXPECT_TRUE(wxFileExists(tree.File("apache/conf/httpd.conf")));
-    EXPECT_TRUE(wxFileExists(tree.File("mysql/my.ini")));
-}
-
 TEST_F(WinKovixTest, PreferencesLanguageShowsAtOnceAndKeepsTheInformationAndChoices) {
     settings.SetOnline(true);
     WinKovix& frame = Open();
@@ -155,8 +116,6 @@ TEST_F(WinKovixTest, PreferencesLanguageShowsAtOnceAndKeepsTheInformationAndChoi
     });
     ClickButton(&frame, W::ID_PREFERENCES);
     EXPECT_EQ(Label(W::ID_BTN_START), wxString::FromUTF8("Démarrer"));
-    EXPECT_EQ(Label(W::ID_WWW_FOLDER), "www Dossier");
-    EXPECT_EQ(Label(W::ID_PREFERENCES), wxString::FromUTF8("Préférences"));
     EXPECT_EQ(Label(W::ID_IP_VALUE), "Search...");
     EXPECT_EQ(Control<wxChoice>(window, W::ID_ONLINE_MODE)->GetStringSelection(), "Online Mode");
     EXPECT_EQ(frame.GetStatsWindow()->FindWindow(WinStats::ID_BTN_OK)->GetLabel(), "Fermer");
@@ -164,37 +123,6 @@ TEST_F(WinKovixTest, PreferencesLanguageShowsAtOnceAndKeepsTheInformationAndChoi
     EXPECT_FALSE(frame.GetStatsWindow()->IsShown());
     ClickButton(&frame, W::ID_STATS);
     EXPECT_TRUE(frame.GetStatsWindow()->IsShown());
-}
-
-TEST_F(WinKovixTest, ConfigurationButtonsOpenTheirDialogs) {
-    Open();
-    const LabelRow buttons[] = {{W::ID_APACHE_CONF, "Apache Config"},
-                                {W::ID_PHP_EXT, "PHP Extensions"}};
-    for (const auto& [button, title] : buttons) {
-        wxString opened;
-        WhenModal([&] {
-            auto* dialog = OpenDialog<wxDialog>();
-            opened = dialog->GetTitle();
-            dialog->EndModal(wxID_CANCEL);
-        });
-        ClickButton(window, button);
-        EXPECT_EQ(opened, title);
-    }
-}
-
-TEST_F(WinKovixTest, PortSpinShowsTheStoredPortAndStoresEveryChange) {
-    settings.SetPortText("abc");
-    Open();
-    auto* spin = Control<wxSpinCtrl>(window, W::ID_PORT);
-    EXPECT_EQ(spin->GetValue(), 80);
-    EXPECT_EQ(settings.GetPortText(), "80");
-    spin->SetValue(8081);
-    wxSpinEvent event(wxEVT_SPINCTRL, W::ID_PORT);
-    event.SetEventObject(spin);
-    event.SetPosition(8081);
-    spin->GetEventHandler()->ProcessEvent(event);
-    EXPECT_EQ(settings.GetPortText(), "8081");
-    EXPECT_EQ(window->GetRestartState(), W::RESTART_IDLE);
 }
 
 TEST_F(WinKovixTest, StartWithThePortTakenShowsThePortMessageAndStartsNothing) {
@@ -224,7 +152,6 @@ TEST_F(WinKovixTest, StartWithThePortTakenShowsThePortMessageAndStartsNothing) {
 TEST_F(WinKovixTest, StatusTickFollowsTheServersAndFeedsTheChartOnlyWhileOneRuns) {
     WinKovix& frame = Open();
     ASSERT_TRUE(WaitForStates("Stopped", "Stopped", 10000));
-    EXPECT_EQ(Label(W::ID_STATUS_MYSQL), "Stopped");
     const std::vector<ChartSeries> idle = frame.CpuSeries();
     frame.StatusTick();
     EXPECT_EQ(frame.CpuSeries()[0].samples, idle[0].samples);
@@ -233,7 +160,6 @@ TEST_F(WinKovixTest, StatusTickFollowsTheServersAndFeedsTheChartOnlyWhileOneRuns
                               "-c \"while :; do :; done\"");
         ASSERT_TRUE(WaitFor([&] { return frame.CpuSeries()[0].Newest() > 0; }));
         EXPECT_TRUE(Label(W::ID_STATUS_APACHE).StartsWith("Running - CPU: "));
-        EXPECT_TRUE(Label(W::ID_STATUS_APACHE).EndsWith("%"));
         EXPECT_EQ(Label(W::ID_STATUS_MYSQL), "Stopped");
         EXPECT_FALSE(IsEnabled(W::ID_BTN_START));
         EXPECT_TRUE(IsEnabled(W::ID_BTN_STOP));
@@ -252,24 +178,6 @@ TEST_F(WinKovixTest, StatusTickFollowsTheServersAndFeedsTheChartOnlyWhileOneRuns
     frame.StatusTick();
     for (size_t i = 0; i < stopped.size(); ++i)
         EXPECT_EQ(frame.CpuSeries()[i].samples, stopped[i].samples);
-}
-
-TEST_F(WinKovixTest, StartAndStopMenusOfferWhatCanBeDone) {
-    WinKovix& frame = Open();
-    FakeServer mysqld(tree.Root(), "mysql/bin/mysqld");
-    std::unique_ptr<wxMenu> start(frame.BuildStartMenu()), stop(frame.BuildStopMenu());
-    ASSERT_EQ(start->GetMenuItemCount() + stop->GetMenuItemCount(), 4u);
-    EXPECT_TRUE(start->FindItem(W::ID_MENU_START_APACHE)->IsEnabled());
-    EXPECT_FALSE(start->FindItem(W::ID_MENU_START_MYSQL)->IsEnabled());
-    EXPECT_FALSE(stop->FindItem(W::ID_MENU_STOP_APACHE)->IsEnabled());
-    EXPECT_TRUE(stop->FindItem(W::ID_MENU_STOP_MYSQL)->IsEnabled());
-
-    // "Stop Apache" with Apache stopped does nothing; menu 1037 is told from the Start button by
-    // its event kind.
-    ChooseMenu(&frame, W::ID_MENU_STOP_APACHE);
-    EXPECT_TRUE(mysqld.IsActive());
-    EXPECT_NO_DIALOG(ChooseMenu(&frame, W::ID_MENU_START_MYSQL));
-    EXPECT_EQ(ProcessLookup::Find("mysqld"), std::vector<long>{mysqld.Pid()});
 }
 
 // A program that appends "<its path> <its arguments>" to log, one line per run.
@@ -326,27 +234,6 @@ TEST_F(WinKovixTest, ToolsFilesAndLinksOpenThroughTheDesktopAndTheEditor) {
     }
 }
 
-TEST_F(WinKovixTest, LogsMenuEnablesTheShowEntriesOfExistingFiles) {
-    WinKovix& frame = Open();
-    std::unique_ptr<wxMenu> menu(frame.BuildLogsMenu());
-    ASSERT_EQ(menu->GetMenuItemCount(), 10u);
-    for (size_t i = 0; i < menu->GetMenuItemCount(); ++i) {
-        const wxMenuItem* item = menu->FindItemByPosition(i);
-        EXPECT_TRUE(item->IsSeparator() || item->IsEnabled()) << i;
-    }
-    EXPECT_EQ(menu->FindItemByPosition(0)->GetItemLabelText(), "Show Apache access log");
-    EXPECT_EQ(menu->FindItemByPosition(9)->GetItemLabelText(),
-              "Remove Apache, MySQL logs and PHP sessions files");
-
-    wxRemoveFile(tree.File("apache/logs/access.log"));
-    wxRemoveFile(tree.File("mysql/data/mysql.err"));
-    menu.reset(frame.BuildLogsMenu());
-    EXPECT_FALSE(menu->FindItem(W::ID_MENU_LOG_APACHE_ACCESS)->IsEnabled());
-    EXPECT_TRUE(menu->FindItem(W::ID_MENU_LOG_APACHE_ERROR)->IsEnabled());
-    EXPECT_FALSE(menu->FindItem(W::ID_MENU_LOG_MYSQL_MAINFILE)->IsEnabled());
-    EXPECT_TRUE(menu->FindItem(W::ID_MENU_LOG_ALL_DELETE)->IsEnabled());
-}
-
 TEST_F(WinKovixTest, LogRemovalsAreRefusedWhileTheirServerRuns) {
     WinKovix& frame = Open();
     wxString message, caption;
@@ -398,22 +285,6 @@ TEST_F(WinKovixTest, CloseAsksWhileAServerRunsAndCancelKeepsEverything) {
     wxTEST_DIALOG(frame.Close(), ExpectMessage(message, caption, wxID_NO));
     EXPECT_TRUE(WaitFor([&] { return !window; }));
     EXPECT_TRUE(httpd.IsActive());
-}
-
-TEST_F(WinKovixTest, CloseWithNothingRunningAsksNothing) {
-    WinKovix& frame = Open();
-    EXPECT_NO_DIALOG(frame.Close());
-    EXPECT_TRUE(WaitFor([&] { return !window; }));
-}
-
-TEST_F(WinKovixTest, MinimisingWithoutATrayKeepsTheWindowShown) {
-    if (WinTaskBarIcon::IsAvailable())
-        GTEST_SKIP() << "a tray host is running";
-    WinKovix& frame = Open();
-    frame.Show();
-    wxIconizeEvent minimised(frame.GetId(), true);
-    frame.GetEventHandler()->ProcessEvent(minimised);
-    EXPECT_TRUE(frame.IsShown());
 }
 
 } // namespace

@@ -6,7 +6,6 @@
 
 #include <wx/checkbox.h>
 #include <wx/combobox.h>
-#include <wx/filedlg.h>
 #include <wx/textctrl.h>
 
 namespace {
@@ -69,39 +68,6 @@ TEST_F(WinPrefsTest, CancelWritesNothingButTheLanguageChoiceStays) {
     EXPECT_FALSE(settings.Has(AppSettings::START_ON_START));
     EXPECT_FALSE(settings.Has(AppSettings::TEXT_EDITOR));
     EXPECT_FALSE(wxFileExists(dir.File("kovix.ini")));
-}
-
-// Chooses path in the editor file dialog (once GTK has taken it) and checks how it was opened.
-class ChooseEditor : public wxExpectModalBase<wxFileDialog, ChooseEditor> {
-public:
-    ChooseEditor(const wxString& path, int answer) : path(path), answer(answer) {}
-
-protected:
-    int OnInvoked(wxFileDialog* dialog) const override {
-        EXPECT_EQ(dialog->GetName(), "filedlg");
-        EXPECT_EQ(dialog->GetMessage(), "Select a text editor");
-        EXPECT_EQ(dialog->GetWildcard(), "Application (*)|*");
-        dialog->SetPath(path);
-        EXPECT_TRUE(WaitFor([&] { return dialog->GetPath() == path; }, 3000));
-        return answer;
-    }
-
-private:
-    wxString path;
-    int answer;
-};
-
-TEST_F(WinPrefsTest, EditorFileDialogFillsTheFieldOnlyWhenConfirmed) {
-    WriteBytes(dir.File("editor"), "#!/bin/sh\n");
-    WinPrefs prefs(nullptr, settings, dir.File("kovix.ini"));
-    Editor(prefs)->SetValue("before");
-    wxTEST_DIALOG(ClickButton(&prefs, WinPrefs::ID_SELECT_EDITOR),
-                  ChooseEditor(dir.File("editor"), wxID_CANCEL));
-    EXPECT_EQ(Editor(prefs)->GetValue(), "before");
-    wxTEST_DIALOG(ClickButton(&prefs, WinPrefs::ID_SELECT_EDITOR),
-                  ChooseEditor(dir.File("editor"), wxID_OK));
-    EXPECT_EQ(Editor(prefs)->GetValue(), dir.File("editor"));
-    EXPECT_FALSE(settings.Has(AppSettings::TEXT_EDITOR));
 }
 
 } // namespace
