@@ -3,22 +3,16 @@
 
 #include <gtest/gtest.h>
 
-TEST(InstallPaths, FollowThePhpVersionAtEachCall) {
+TEST(InstallPaths, FollowThePhpVersionAndThePortAsStored) {
     AppSettings settings;
     InstallPaths paths("/opt/my stack", settings);
-    EXPECT_EQ(paths.PhpSourceConfig(), "/opt/my stack/apache//php_source.ini")
-        << "no version: the PHP folder is the Apache folder and a separator";
-    settings.SetPhpVersion("php_8.2");
-    EXPECT_EQ(paths.PhpExtensionFolder(), "/opt/my stack/apache/php_8.2/ext");
-    EXPECT_EQ(paths.PhpLiveConfig(), "/opt/my stack/apache/php.ini");
-    EXPECT_EQ(paths.SessionsFolder(), "/opt/my stack/apache/sessions/");
-}
-
-TEST(InstallPaths, AddressesUseThePortAsStored) {
-    AppSettings settings;
-    InstallPaths paths("/t", settings);
+    EXPECT_EQ(paths.PhpSourceConfig(), "/opt/my stack/apache//php_source.ini") << "no version";
     EXPECT_EQ(paths.LocalSiteUrl(), "http://localhost/");
+    settings.SetPhpVersion("php_8.2");
     settings.SetPortText("8080");
+    EXPECT_EQ(paths.PhpExtensionFolder(), "/opt/my stack/apache/php_8.2/ext");
+    EXPECT_EQ(paths.PhpLiveConfig() + paths.SessionsFolder(),
+              "/opt/my stack/apache/php.ini/opt/my stack/apache/sessions/");
     EXPECT_EQ(paths.PhpMyAdminUrl(), "http://localhost:8080/mysql/");
     for (const char* eighty : {"80", "", "http"}) {
         settings.SetPortText(eighty);

@@ -7,33 +7,22 @@
 
 #include <gtest/gtest.h>
 
-namespace {
-
-const std::string Template =
-    "[client]\nport=1\n[mysqld]\n# port=2\nport = 3307\nsocket=\"{MYSQLPATH}/mysql.sock\"\n";
-
-} // namespace
-
-TEST(MysqlServer, ReadsPortAndSocketFromTheServerSectionOfTheLiveFile) {
+TEST(MysqlServer, ReadsTheServerSectionAndRefusesATreeTooDeepForTheSocket) {
+    const std::string myIni =
+        "[client]\nport=1\n[mysqld]\n# port=2\nport = 3307\nsocket=\"{MYSQLPATH}/mysql.sock\"\n";
     TempDir dir;
     AppSettings settings;
-    InstallPaths paths(dir.Path(), settings);
+    InitLangTable(settings, "en");
+    const wxString deep = dir.Path() + "/" + wxString('d', 60) + "/" + wxString('e', 40);
+    InstallPaths paths(deep, settings);
     MysqlServer mysql(paths);
     EXPECT_EQ(mysql.Port(), 3306);
     EXPECT_EQ(mysql.SocketPath(), "");
-    WriteTreeFile(dir.Path(), "mysql/my.ini", Template);
+    WriteTreeFile(deep, "mysql/my.ini", myIni);
+    WriteTreeFile(deep, "mysql/my_source.ini", myIni);
     EXPECT_EQ(mysql.Port(), 3307);
     EXPECT_EQ(mysql.SocketPath(), "{MYSQLPATH}/mysql.sock");
-}
 
-TEST(MysqlServer, ATreeTooDeepForTheSocketIsRefusedWithAReason) {
-    TempDir dir;
-    const wxString deep = dir.Path() + "/" + wxString('d', 60) + "/" + wxString('e', 40);
-    AppSettings settings;
-    InitLangTable(settings, "en");
-    InstallPaths paths(deep, settings);
-    WriteTreeFile(deep, "mysql/my_source.ini", Template);
-    MysqlServer mysql(paths);
     mysql.Start();
     EXPECT_EQ(mysql.StartedPid(), 0);
     const wxString socket = paths.MysqlFolder() + "/mysql.sock";

@@ -24,41 +24,37 @@ struct TemplateSwitchesTest : testing::Test {
     }
 };
 
-// CRLF and LF mixed, comments, a blank line, an indented line and a last line without ending.
-const std::string phpIni = "[PHP]\r\n"
-                           "; extension=php_fake.so is a comment\r\n"
-                           ";extension=php_mysql.so\r\n"
-                           "\r\n"
-                           "  extension=php_gd2.so\n"
-                           "extension=php_gd.so\r\n"
-                           "extension_dir = \"{PHPEXTPATH}\"\n"
-                           ";extension=php_pdo_mysql.so";
-
 } // namespace
 
-// Which lines count at all is left to the listing tests below.
-TEST(TemplateSwitchLines, LinesSwitchByTheirFirstCharacter) {
-    EXPECT_EQ(ExtensionFileOf(";extension=php_mysql.so"), "php_mysql.so");
-    EXPECT_FALSE(IsExtensionLineEnabled(";extension=php_mysql.so"));
-    EXPECT_TRUE(IsExtensionLineEnabled("extension=php_gd.so"));
-    EXPECT_EQ(ExtensionNameOf("php_pdo_mysql.so"), "pdo_mysql");
-    EXPECT_EQ(ExtensionNameOf("mysqli.so"), "");
-    EXPECT_EQ(MakeExtensionLine("extension=php_gd.so", false), ";extension=php_gd.so");
-    EXPECT_EQ(MakeExtensionLine("extension=php_gd.so", true), "extension=php_gd.so");
-
+TEST(TemplateSwitchLines, ModuleLinesAreKeyedByTheirModuleAndThePhpLineByItsOwnName) {
     EXPECT_EQ(ModuleKeyOf("#LoadModule   alias_module modules/mod_alias.so"), "alias_module");
     const wxString php = "LoadModule {PHPMODULENAME} \"{PHPPATH}/{PHPAPACHE2FILE}\"";
     EXPECT_EQ(ModuleKeyOf(php), "PHP Kovix (Selected Version)");
     EXPECT_FALSE(IsModuleLineEnabled("#" + php));
     EXPECT_EQ(MakeModuleLine("#" + php, true), php);
     EXPECT_EQ(MakeModuleLine("#LoadModule  a_module a.so", false), "#LoadModule  a_module a.so");
+    EXPECT_EQ(ExtensionNameOf("php_pdo_mysql.so") + ExtensionNameOf("mysqli.so"), "pdo_mysql");
 }
 
-TEST_F(TemplateSwitchesTest, ListsKeepFileOrderAndFullLines) {
+// CRLF and LF mixed, comments, a blank line, an indented line and a last line without ending.
+TEST_F(TemplateSwitchesTest, ListsKeepFileOrderAndSwitchingOneLineLeavesEveryOtherByteAlone) {
+    const std::string phpIni = "[PHP]\r\n; extension=php_fake.so is a comment\r\n"
+                               ";extension=php_mysql.so\r\n\r\n  extension=php_gd2.so\n"
+                               "extension=php_gd.so\r\nextension_dir = \"{PHPEXTPATH}\"\n"
+                               ";extension=php_pdo_mysql.so";
     EXPECT_EQ(ListExtensionLines(paths), Lines{}) << "no template";
     WriteBytes(paths.PhpSourceConfig(), phpIni);
-    EXPECT_EQ(ListExtensionLines(paths), (Lines{";extension=php_mysql.so", "extension=php_gd.so",
-                                                ";extension=php_pdo_mysql.so"}));
+    const Lines lines = ListExtensionLines(paths);
+    EXPECT_EQ(lines, (Lines{";extension=php_mysql.so", "extension=php_gd.so",
+                            ";extension=php_pdo_mysql.so"}));
+    ASSERT_TRUE(WriteExtensionLines(
+        paths, {MakeExtensionLine(lines[0], true), lines[1], MakeExtensionLine(lines[2], true)}));
+    std::string expected = phpIni;
+    expected.erase(expected.find(";extension=php_mysql"), 1);
+    expected.erase(expected.find(";extension=php_pdo"), 1);
+    EXPECT_EQ(ReadBytes(paths.PhpSourceConfig()), expected);
+    EXPECT_FALSE(wxFileExists(paths.PhpScratchConfig()));
+
     WriteBytes(paths.ApacheSourceConfig(),
                "# LoadModule comment\n#LoadModule a_module a.so\r\n"
                "LoadModule {PHPMODULENAME} x\n  LoadModule b_module b.so\n");
@@ -66,30 +62,15 @@ TEST_F(TemplateSwitchesTest, ListsKeepFileOrderAndFullLines) {
               (Lines{"#LoadModule a_module a.so", "LoadModule {PHPMODULENAME} x"}));
 }
 
-TEST_F(TemplateSwitchesTest, SwitchingOneExtensionLeavesEveryOtherByteAlone) {
-    WriteBytes(paths.PhpSourceConfig(), phpIni);
-    ASSERT_TRUE(
-        WriteExtensionLines(paths, {MakeExtensionLine(";extension=php_mysql.so", true),
-                                    MakeExtensionLine(";extension=php_pdo_mysql.so", true)}));
-    std::string expected = phpIni;
-    expected.replace(expected.find(";extension=php_mysql"), 1, "");
-    expected.replace(expected.find(";extension=php_pdo"), 1, "");
-    EXPECT_EQ(ReadBytes(paths.PhpSourceConfig()), expected);
-    EXPECT_FALSE(wxFileExists(paths.PhpScratchConfig()));
-}
-
 TEST_F(TemplateSwitchesTest, LinesAreNeverAddedAndDuplicatesTakeTheFirstEntry) {
+    EXPECT_FALSE(WriteExtensionLines(paths, {"extension=php_gd.so"}));
+    EXPECT_FALSE(WriteModuleLines(paths, {"LoadModule a_module a.so"}));
+    EXPECT_FALSE(wxFileExists(paths.PhpSourceConfig()) || wxFileExists(paths.ApacheSourceConfig()))
+        << "a missing template is not created";
     WriteBytes(paths.PhpSourceConfig(),
                "extension=php_gd.so\n;extension=php_gd.so\nextension=php_x.so\n");
     ASSERT_TRUE(WriteExtensionLines(paths, {";extension=php_gd.so", "extension=php_gd.so",
                                             "extension=php_new.so", "not an extension line"}));
     EXPECT_EQ(ReadBytes(paths.PhpSourceConfig()),
               ";extension=php_gd.so\n;extension=php_gd.so\nextension=php_x.so\n");
-}
-
-TEST_F(TemplateSwitchesTest, MissingTemplateIsNotCreated) {
-    EXPECT_FALSE(WriteExtensionLines(paths, {"extension=php_gd.so"}));
-    EXPECT_FALSE(WriteModuleLines(paths, {"LoadModule a_module a.so"}));
-    EXPECT_FALSE(wxFileExists(paths.PhpSourceConfig()));
-    EXPECT_FALSE(wxFileExists(paths.ApacheSourceConfig()));
 }
