@@ -84,11 +84,8 @@ TEST(CleanupRefusal, EachActionIsRefusedWhileItsServersRun) {
     const std::tuple<LogAction, bool, bool, const char*> cases[] = {
         {LogAction::ApacheLogs, false, true, ""},
         {LogAction::ApacheLogs, true, false, "LOG_APACHE_DELETE_RUNNING"},
-        {LogAction::MysqlLogs, true, false, ""},
         {LogAction::MysqlLogs, false, true, "LOG_MYSQL_DELETE_RUNNING"},
         {LogAction::Sessions, true, true, ""},
-        {LogAction::All, false, false, ""},
-        {LogAction::All, true, false, "LOG_ALL_DELETE_RUNNING"},
         {LogAction::All, false, true, "LOG_ALL_DELETE_RUNNING"}};
     for (const auto& [action, apache, mysql, key] : cases)
         EXPECT_EQ(Cleanup::RefusalKey(action, apache, mysql), key)

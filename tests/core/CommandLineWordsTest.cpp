@@ -20,7 +20,6 @@ TEST(CommandLineWords, QuotesBackslashesAndBlanksFollowTheWindowsRules) {
     EXPECT_EQ(CommandLineWords::SplitArguments(R"(a\\b c\"d e\\"f g" h)"),
               (Words{R"(a\\b)", "c\"d", "e\\f g", "h"}));
     EXPECT_EQ(CommandLineWords::SplitArguments(R"("say ""hi""")"), (Words{"say \"hi\""}));
-    EXPECT_EQ(CommandLineWords::SplitArguments("   "), Words{});
 }
 
 TEST(CommandLineWords, AnUnquotedProgramWithBlanksIsFoundByItsShortestExistingPrefix) {

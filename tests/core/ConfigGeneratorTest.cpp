@@ -97,28 +97,14 @@ TEST_F(ConfigGeneratorTest, ApacheSetCoversHttpdPhpAndTheExtraFolderMysqlItsOwnF
               "datadir=\"@/mysql/data\"\n@/mysql @/mysql/bin {APACHEPATH}");
 }
 
-TEST_F(ConfigGeneratorTest, AccessTextsAreExact) {
+TEST_F(ConfigGeneratorTest, OnlineAccessTextIsExact) {
     Put("apache/conf/httpd_source.conf",
         "<Directory>\n\t{ONLINE_MODE}\tAllow from ::1\n</Directory>\n");
-    ConfigGenerator(paths).GenerateApache();
-    EXPECT_EQ(Generated("apache/conf/httpd.conf"),
-              "<Directory>\n\tOrder deny,allow\n\tDeny from all\n\tAllow from 127.0.0.1 "
-              "localhost\n\tAllow from ::1\n</Directory>\n");
     settings.SetOnline(true);
     ConfigGenerator(paths).GenerateApache();
     EXPECT_EQ(
         Generated("apache/conf/httpd.conf"),
         "<Directory>\n\tOrder allow,deny\n\tAllow from all\n\tAllow from ::1\n</Directory>\n");
-}
-
-TEST_F(ConfigGeneratorTest, StartupDefaultsFillOnlyWhatIsUnset) {
-    MakeTreeFolder(tree.Path(), "apache/php_7.4");
-    ConfigGenerator::ApplyStartupDefaults(settings, paths);
-    EXPECT_EQ(settings.GetPhpVersion() + settings.GetPortText(), "php_8.28080");
-    AppSettings blank;
-    blank.SetPortText("http");
-    ConfigGenerator::ApplyStartupDefaults(blank, InstallPaths(tree.Path(), blank));
-    EXPECT_EQ(blank.GetPhpVersion() + blank.GetPortText(), "php_7.480");
 }
 
 TEST_F(ConfigGeneratorTest, WatchesArePrimedSeeMillisecondChangesAndFollowTheVersion) {

@@ -142,27 +142,6 @@ TEST_F(VirtualHostFileTest, UnclosedBlocksRunOn) {
     EXPECT_EQ(Resave(unclosedHost), "Listen 80\n\n<VirtualHost a>\n#KOVIX Generate Virtual Host\n"
                                     "\tServerName \"a.local\"\n"
                                     "\t<VirtualHost b>\n\tListen 81\n</VirtualHost>\n");
-
-    // The directory swallows the host's closing line and the next host's opening, up to the
-    // next directory closing tag; the first host then runs on to the next closing line.
-    const std::string unclosedDirectory = "<VirtualHost a>\n"
-                                          "<Directory /x>\n"
-                                          "Options Indexes\n"
-                                          "</VirtualHost>\n"
-                                          "<VirtualHost b>\n"
-                                          "<Directory /y>\n"
-                                          "</Directory\t>\n"
-                                          "</Directory >\n"
-                                          "ServerName b.local\n"
-                                          "</VirtualHost>\n"
-                                          "tail\n";
-    const VirtualHostRecord host = OnlyHost(unclosedDirectory);
-    EXPECT_EQ(host.ServerName, "b.local");
-    ASSERT_EQ(host.directories.size(), 1u);
-    EXPECT_EQ(host.directories[0].others,
-              (Texts{"</VirtualHost>", "<VirtualHost b>", "<Directory /y>", "</Directory\t>"}));
-    // The writer knows nothing of directories: the line after the first closing tag is copied.
-    EXPECT_EQ(Resave(unclosedDirectory).substr(0, 12), "tail\n\n<Virtu");
 }
 
 TEST_F(VirtualHostFileTest, CrLfAndCp1252TemplatesReadLikeUtf8AndAreWrittenWithLineFeeds) {
@@ -223,8 +202,4 @@ TEST_F(VirtualHostFileTest, TemplateThatCannotBeReadIsNeverReplaced) {
     EXPECT_FALSE(ReadVirtualHosts(file));
     EXPECT_FALSE(WriteVirtualHosts(file));
     EXPECT_EQ(ReadBytes(Template()), undecodable);
-
-    file.path = dir.File("missing.conf");
-    EXPECT_FALSE(WriteVirtualHosts(file));
-    EXPECT_FALSE(wxFileExists(file.path));
 }
