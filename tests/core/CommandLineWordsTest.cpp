@@ -15,13 +15,6 @@ Words SplitWith(const wxString& line, std::set<wxString> programs = {}) {
 
 } // namespace
 
-TEST(CommandLineWords, QuotesBackslashesAndBlanksFollowTheWindowsRules) {
-    EXPECT_EQ(CommandLineWords::SplitArguments("a  \"b c\"\t\"\""), (Words{"a", "b c", ""}));
-    EXPECT_EQ(CommandLineWords::SplitArguments(R"(a\\b c\"d e\\"f g" h)"),
-              (Words{R"(a\\b)", "c\"d", "e\\f g", "h"}));
-    EXPECT_EQ(CommandLineWords::SplitArguments(R"("say ""hi""")"), (Words{"say \"hi\""}));
-}
-
 TEST(CommandLineWords, AnUnquotedProgramWithBlanksIsFoundByItsShortestExistingPrefix) {
     const wxString line =
         "/opt/my stack/apache/bin/httpd -DFOREGROUND -f \"/opt/my stack/apache/conf/httpd.conf\"";
@@ -33,5 +26,4 @@ TEST(CommandLineWords, AnUnquotedProgramWithBlanksIsFoundByItsShortestExistingPr
               (Words{"/opt/my", "stack/x"}));
     // A quoted program is taken as quoted; no prefix is tried.
     EXPECT_EQ(SplitWith("\"/opt/my stack/x\" -v", {"/opt/my"}), (Words{"/opt/my stack/x", "-v"}));
-    EXPECT_EQ(SplitWith("  /bin/true", {"/bin/true"}), (Words{"/bin/true"}));
 }

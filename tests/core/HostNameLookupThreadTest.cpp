@@ -8,18 +8,12 @@
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
-double SecondsSince(Clock::time_point start) {
-    return std::chrono::duration<double>(Clock::now() - start).count();
-}
-
 // Runs a lookup against hosts and waits for its answers (at most 20 s).
 std::unique_ptr<HostNameLookupThread> Lookup(const wxString& ipService,
                                              const wxString& productSite) {
     auto thread = HostNameLookupThread::Start({ipService, productSite});
-    const auto start = Clock::now();
-    while (!thread->IsResolved() && SecondsSince(start) < 20)
+    const auto giveUp = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    while (!thread->IsResolved() && std::chrono::steady_clock::now() < giveUp)
         std::this_thread::sleep_for(std::chrono::milliseconds(5));
     EXPECT_TRUE(thread->IsResolved());
     return thread;
@@ -55,15 +49,4 @@ TEST(HostNameLookupFetch, HttpErrorsAndBadHostsGiveNothing) {
     thread = Lookup("nohost.invalid:" + port, "127.0.0.1:http" + port);
     EXPECT_EQ(thread->PublicIp() + thread->LatestVersion(), "");
     EXPECT_EQ(server.Requests().size(), 2u) << "no request after the bad host names";
-}
-
-TEST(HostNameLookupFetch, DestroyingAStalledLookupSkipsTheSecondRequest) {
-    LocalHttpServer stalled(true);
-    auto thread = HostNameLookupThread::Start({stalled.HostAndPort(), stalled.HostAndPort()});
-    const auto start = Clock::now();
-    while (stalled.Requests().empty() && SecondsSince(start) < 5)
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    thread.reset();
-    EXPECT_LT(SecondsSince(start), HostNameLookupThread::TIMEOUT_SECONDS + 2);
-    EXPECT_EQ(stalled.Requests().size(), 1u);
 }

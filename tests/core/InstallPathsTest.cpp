@@ -7,7 +7,6 @@ TEST(InstallPaths, FollowThePhpVersionAndThePortAsStored) {
     AppSettings settings;
     InstallPaths paths("/opt/my stack", settings);
     EXPECT_EQ(paths.PhpSourceConfig(), "/opt/my stack/apache//php_source.ini") << "no version";
-    EXPECT_EQ(paths.LocalSiteUrl(), "http://localhost/");
     settings.SetPhpVersion("php_8.2");
     settings.SetPortText("8080");
     EXPECT_EQ(paths.PhpExtensionFolder(), "/opt/my stack/apache/php_8.2/ext");

@@ -10,14 +10,10 @@ TEST(LangTable, KeepsTheProgramsOwnWordingsInBothLanguages) {
     EXPECT_EQ(GetLangText("WWW_FODLER"), "www Folder");
     EXPECT_EQ(GetLangText("STOPSERVER_MESSAGE"),
               "Server curently running, do you want stop Apache and MySQL before closing Kovix");
-    EXPECT_EQ(GetLangText("RESTORE_CONFIG_SURE"),
-              "WARNING : The initial restoration configuration will remove all your current "
-              "settings.\n\nAre you sure you want to continue?");
     SetLangIndex(1);
     EXPECT_EQ(GetLangText("PORT_MESSAGE2"),
               wxString::FromUTF8(" est déja utilisé par un autre programme"));
     EXPECT_EQ(GetLangText("PREF_TEXT_EDITOR_SELECT"), "Selectionner");
-    EXPECT_EQ(GetLangText("APACHE_STATUS"), "Apache Status : ");
     EXPECT_EQ(GetLangList()[1], "Francais");
 }
 

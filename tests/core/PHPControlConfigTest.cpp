@@ -38,9 +38,8 @@ protected:
 
 } // namespace
 
-TEST(PHPControlConfigTable, HoldsTheTwentyFiveBooleanDirectives) {
-    TempDir dir;
-    const PHPControlConfig table(dir.File("missing.ini"));
+TEST_F(PhpIniFile, HoldsTheTwentyFiveBooleanDirectivesEmptyWithoutATemplate) {
+    PHPControlConfig table(Path());
     wxString directives;
     for (const auto& [key, record] : table.GetRecords()) {
         EXPECT_TRUE(record.directive == key && record.type == "bool" && record.value.empty() &&
@@ -59,6 +58,9 @@ TEST(PHPControlConfigTable, HoldsTheTwentyFiveBooleanDirectives) {
     EXPECT_EQ(y2k.label + " " + y2k.link, "2000 compliance http://www.php.net/y2k-compliance");
     EXPECT_EQ(table.GetRecords().at("session.use_only_cookies").link,
               "http://www.php.net/session.use-only-cookies");
+    table.Find("short_open_tag")->value = "On";
+    EXPECT_FALSE(table.WriteValues());
+    EXPECT_FALSE(wxDir(dir.Path()).HasFiles()) << "nothing is created";
 }
 
 TEST_F(PhpIniFile, ShortOpenTagIsReadAndRewrittenWithOneBlankAroundTheSign) {
@@ -89,25 +91,22 @@ TEST_F(PhpIniFile, OnlyLeadingLettersAtTheStartOfTheLineCount) {
         << "any letters, not only On and Off";
 }
 
-TEST_F(PhpIniFile, RepeatedDirectiveTakesTheLastValueAndEveryLineIsRewritten) {
+TEST_F(PhpIniFile, RepeatedDirectivesTakeTheLastValueAndNamesMatchExactlyButForTheDot) {
     PHPControlConfig table = Read("log_errors = On\n; between\nlog_errors = Off\n");
     EXPECT_EQ(ValueOf(table, "log_errors"), "Off");
     EXPECT_EQ(Write(table, {{"log_errors", "On"}}),
               "log_errors = On\n; between\nlog_errors = On\n");
-}
 
-TEST_F(PhpIniFile, SafeModeDoesNotClaimSafeModeGid) {
-    PHPControlConfig table = Read("safe_mode_gid = On\nsafe_mode = Off\n");
+    table = Read("safe_mode_gid = On\nsafe_mode = Off\n");
     EXPECT_EQ(ValueOf(table, "safe_mode") + ValueOf(table, "safe_mode_gid"), "OffOn");
     EXPECT_EQ(Write(table, {{"safe_mode", "On"}, {"safe_mode_gid", "Off"}}),
               "safe_mode_gid = Off\nsafe_mode = On\n");
-}
 
-TEST_F(PhpIniFile, TheDotOfADirectiveMatchesAnyCharacterButABlank) {
-    PHPControlConfig table = Read("zlibXoutput_compression = On\n"
-                                  "zlib output_compression = Off\n"
-                                  "session-use_only_cookies = Off\n"
-                                  "session.use_cookies = 1\n");
+    // The dot of a directive matches any character but a blank.
+    table = Read("zlibXoutput_compression = On\n"
+                 "zlib output_compression = Off\n"
+                 "session-use_only_cookies = Off\n"
+                 "session.use_cookies = 1\n");
     EXPECT_EQ(ValueOf(table, "zlib.output_compression") +
                   ValueOf(table, "session.use_only_cookies") +
                   ValueOf(table, "session.use_cookies"),
@@ -122,11 +121,10 @@ TEST_F(PhpIniFile, TheDotOfADirectiveMatchesAnyCharacterButABlank) {
 TEST_F(PhpIniFile, LinesWithoutDirectivesComeBackByteForByte) {
     const std::string samples[] = {
         "",
-        "no final line end",
         "[PHP]\n;;;;;;\n; short_open_tag = On\nengine = On\nerror_reporting = E_ALL\n"
         "extension=php_mysql.so\n;extension=php_gd.so\nmemory_limit = 128M\n"
         "date.timezone = \"Europe/Paris\"\n\ttrailing blanks   \n\n\n",
-        "; caf\xc3\xa9 \xe2\x82\xac and a NUL \0 inside\nexpose_php\0 = On\nexpose_php =\0On\n"s,
+        "; caf\xc3\xa9 \xe2\x82\xac and a NUL \0 inside\nexpose_php\0 = On\nexpose_php =\0On"s,
     };
     for (const std::string& bytes : samples) {
         PHPControlConfig table = Read(bytes);
@@ -142,11 +140,4 @@ TEST_F(PhpIniFile, AnyLineEndIsReadAndWrittenNatively) {
     EXPECT_EQ(ValueOf(table, "short_open_tag") + ValueOf(table, "log_errors"), "OffOn");
     EXPECT_EQ(Write(table, {{"short_open_tag", "On"}}),
               "; top\nshort_open_tag = On\nlog_errors = On\nx\n\n");
-}
-
-TEST_F(PhpIniFile, MissingTemplateGivesEmptyValuesAndCreatesNothing) {
-    PHPControlConfig table(Path());
-    table.Find("short_open_tag")->value = "On";
-    EXPECT_FALSE(table.WriteValues());
-    EXPECT_FALSE(wxDir(dir.Path()).HasFiles());
 }

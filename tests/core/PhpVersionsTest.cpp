@@ -22,7 +22,6 @@ TEST(PhpVersions, ListsInNaturalOrderSelectsTheFirstWhenNoneIsStoredAndFindsTheM
                              "apache/php_7.4/phpapache2_4.so", "apache/php_7.4/phpapache2_2.dll"})
         WriteTreeFile(tree.Path(), file, "");
     EXPECT_EQ(PhpVersions::List(paths), (Names{"php_7.4", "php_8.2", "php_8.10"}));
-    EXPECT_EQ(PhpVersions::ModuleName(paths), "") << "no version selected";
     EXPECT_TRUE(PhpVersions::SelectFirstIfUnset(settings, paths));
     EXPECT_EQ(settings.GetPhpVersion(), "php_7.4");
     EXPECT_EQ(PhpVersions::ModuleFile(paths), "php8apache2_4.so") << "folders do not count";

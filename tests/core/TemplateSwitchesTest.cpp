@@ -32,8 +32,6 @@ TEST(TemplateSwitchLines, ModuleLinesAreKeyedByTheirModuleAndThePhpLineByItsOwnN
     EXPECT_EQ(ModuleKeyOf(php), "PHP Kovix (Selected Version)");
     EXPECT_FALSE(IsModuleLineEnabled("#" + php));
     EXPECT_EQ(MakeModuleLine("#" + php, true), php);
-    EXPECT_EQ(MakeModuleLine("#LoadModule  a_module a.so", false), "#LoadModule  a_module a.so");
-    EXPECT_EQ(ExtensionNameOf("php_pdo_mysql.so") + ExtensionNameOf("mysqli.so"), "pdo_mysql");
 }
 
 // CRLF and LF mixed, comments, a blank line, an indented line and a last line without ending.

@@ -2,10 +2,6 @@
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
-#include <wx/filefn.h>
-
-#include <string>
-#include <vector>
 
 namespace {
 
@@ -103,14 +99,11 @@ TEST_F(VirtualHostFileTest, OnlyTheFourOptionWordsAndAllowOverrideAllSurvive) {
     const std::string none = "\t\tAllowOverride None\n";
     const std::pair<std::string, std::string> cases[] = {
         {"Options All", none},
-        {"Options None", none},
-        {"Options ExecCGI", none},
         {"Options -Indexes", none + "\t\tOptions Indexes \n"},
         {"Options +MultiViews -FollowSymLinks", none + "\t\tOptions FollowSymLinks MultiViews \n"},
         {"Options\tINDEXES ALL", none + "\t\tOptions Indexes \n"},
         {"# Options Includes", none + "\t\tOptions Includes \n"},
         {"AllowOverride all", "\t\tAllowOverride All\n"},
-        {"AllowOverride FileInfo", none},
         {"AllowOverride None\nAllowOverride ALL", "\t\tAllowOverride All\n"},
     };
     for (const auto& [lines, written] : cases)
