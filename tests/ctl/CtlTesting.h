@@ -9,18 +9,15 @@
 #include <string>
 #include <vector>
 
-// Runs the built kovixctl on the tree at root.
-inline CommandResult Ctl(const wxString& root, std::vector<wxString> args) {
-    args.insert(args.begin(), {KOVIXCTL_PATH, "--root", root});
-    return RunCommand(args);
-}
-
 // A test of kovixctl on a temporary tree that starts empty.
 class CtlTest : public testing::Test {
 protected:
     TempDir tree;
 
-    CommandResult Ctl(std::vector<wxString> args) const { return ::Ctl(tree.Path(), args); }
+    CommandResult Ctl(std::vector<wxString> args) const {
+        args.insert(args.begin(), {KOVIXCTL_PATH, "--root", tree.Path()});
+        return RunCommand(args);
+    }
     std::string Read(const wxString& relativePath) const {
         return ReadBytes(tree.File(relativePath));
     }

@@ -5,22 +5,16 @@
 #include <wx/init.h>
 #include <wx/log.h>
 
-namespace {
-
-void FailOnAssert(const wxString& file, int line, const wxString& function,
-                  const wxString& condition, const wxString& message) {
-    ADD_FAILURE_AT(file.utf8_str(), line)
-        << "wx assertion in " << function << ": " << condition << " " << message;
-}
-
-} // namespace
-
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
     wxInitializer initializer(argc, argv);
     if (!initializer.IsOk())
         return 1;
-    wxSetAssertHandler(FailOnAssert);
+    wxSetAssertHandler([](const wxString& file, int line, const wxString& function,
+                          const wxString& condition, const wxString& message) {
+        ADD_FAILURE_AT(file.utf8_str(), line)
+            << "wx assertion in " << function << ": " << condition << " " << message;
+    });
     wxLog::SetActiveTarget(new wxLogStderr);
     TextFiles::InitEncoding();
     return RUN_ALL_TESTS();

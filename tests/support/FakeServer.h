@@ -16,12 +16,10 @@ public:
     FakeServer(const wxString& root, const wxString& relativePath,
                const wxString& program = "/bin/sleep", const wxString& arguments = "300");
     ~FakeServer();
-    FakeServer(const FakeServer&) = delete;
-    FakeServer& operator=(const FakeServer&) = delete;
 
-    long Pid() const;
+    long Pid() const { return child->Pid(); }
     // Asks the system; reaps the process once it has ended.
-    bool IsActive();
+    bool IsActive() { return child->IsActive(); }
 
 private:
     std::unique_ptr<ChildProcess> child;

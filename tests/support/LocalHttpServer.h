@@ -17,8 +17,6 @@ class LocalHttpServer {
 public:
     explicit LocalHttpServer(bool silent = false);
     ~LocalHttpServer();
-    LocalHttpServer(const LocalHttpServer&) = delete;
-    LocalHttpServer& operator=(const LocalHttpServer&) = delete;
 
     // Serves body (bytes as given) at path from now on.
     void Serve(const std::string& path, const std::string& body);
@@ -29,24 +27,16 @@ public:
     std::vector<std::string> Requests() const;
 
 private:
-    struct Connection {
-        int fd;
-        std::string received;
-        bool answered;
-    };
-
+    // False once the server stops.
+    bool Readable(int fd) const;
     void Run();
-    void Accept();
-    // False once the connection is finished with.
-    bool Receive(Connection& connection);
-    void Answer(Connection& connection, const std::string& head);
+    void Answer(int fd, const std::string& head);
 
     const bool silent;
     int listener = -1;
-    int wakeRead = -1;
-    int wakeWrite = -1;
+    int wake[2] = {-1, -1};
     int port = 0;
-    std::vector<Connection> connections;
+    std::vector<int> held; // silent connections, left open until the end
     mutable std::mutex lock;
     std::map<std::string, std::string> bodies;
     std::vector<std::string> requests;

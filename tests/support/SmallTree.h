@@ -12,8 +12,6 @@
 class SmallTree {
 public:
     SmallTree();
-    SmallTree(const SmallTree&) = delete;
-    SmallTree& operator=(const SmallTree&) = delete;
 
     const wxString& Root() const { return dir.Path(); }
     wxString File(const wxString& relativePath) const { return dir.File(relativePath); }

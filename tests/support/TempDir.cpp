@@ -1,7 +1,5 @@
 #include "support/TempDir.h"
 
-#include <wx/dir.h>
-#include <wx/filefn.h>
 #include <wx/filename.h>
 
 #include <cstdlib>
@@ -21,13 +19,11 @@ TempDir::~TempDir() {
 }
 
 std::string ReadBytes(const wxString& path) {
-    std::ifstream in(path.fn_str(), std::ios::binary);
     std::ostringstream bytes;
-    bytes << in.rdbuf();
+    bytes << std::ifstream(path.fn_str(), std::ios::binary).rdbuf();
     return bytes.str();
 }
 
 void WriteBytes(const wxString& path, const std::string& bytes) {
-    std::ofstream out(path.fn_str(), std::ios::binary | std::ios::trunc);
-    out << bytes;
+    std::ofstream(path.fn_str(), std::ios::binary | std::ios::trunc) << bytes;
 }

@@ -2,19 +2,14 @@
 
 #include "platform/Platform.h"
 
-#include <algorithm>
-#include <arpa/inet.h>
 #include <chrono>
-#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <netinet/in.h>
 #include <random>
-#include <regex>
 #include <signal.h>
 #include <sstream>
 #include <stdexcept>
-#include <sys/file.h>
 #include <sys/prctl.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
@@ -23,130 +18,66 @@
 
 namespace {
 
-const char* const ScopeVariable = "KOVIX_PROCESS_SCOPE";
-const char* const TreeFolderName = "kovix tree";
-
-// A digest of the assembler and of stack/ (names, modes and bytes): a tree assembled from other
-// templates is another tree.
-std::string ContentKey(const wxString& sourceDir) {
-    const CommandResult digest =
-        RunCommand({"bash", "-c",
-                    "set -o pipefail; cd \"$0\" && tar --sort=name --mtime=@0 --owner=0 --group=0 "
-                    "--numeric-owner -cf - scripts/assemble-tree.sh stack | md5sum",
-                    sourceDir});
-    if (digest.exitCode != 0)
-        throw std::runtime_error("cannot digest the templates: " + digest.err.utf8_string());
-    return digest.out.Left(16).utf8_string();
-}
-
-// An exclusive lock on a file, held while it lives.
-class FileLock {
-public:
-    explicit FileLock(const std::string& path)
-        : fd(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600)) {
-        if (fd < 0 || flock(fd, LOCK_EX) != 0)
-            throw std::runtime_error("cannot lock " + path);
-    }
-    ~FileLock() { close(fd); }
-
-private:
-    int fd;
-};
-
-// The assembled trees are kept between test programs (ctest runs each test as a program of its
-// own) in one folder of the system's temporary folder, one tree per content key; a tree of an
-// older key is removed when a new one is made. The lock makes programs running at once assemble
-// only once, and keeps a tree from being replaced while it is copied.
-void CopyAssembledTree(const wxString& sourceDir, const wxString& to) {
-    const std::string cache = std::filesystem::temp_directory_path().string() +
-                              "/kovix-test-trees-" + std::to_string(getuid());
-    std::filesystem::create_directories(cache);
-    FileLock lock(cache + "/lock");
-    const std::string tree = cache + "/tree-" + ContentKey(sourceDir);
-    if (!std::filesystem::exists(tree + ".ready")) {
-        for (const auto& entry : std::filesystem::directory_iterator(cache))
-            if (entry.path().filename().string().rfind("tree-", 0) == 0)
-                std::filesystem::remove_all(entry.path());
-        CommandResult result =
-            RunCommand({"bash", sourceDir + "/scripts/assemble-tree.sh", wxString::FromUTF8(tree)});
-        if (result.exitCode != 0) {
-            std::filesystem::remove_all(tree);
-            throw std::runtime_error("assemble-tree.sh failed:\n" + result.err.utf8_string());
-        }
-        std::ofstream(tree + ".ready").put('\n');
-    }
-    CommandResult copy = RunCommand({"cp", "-a", wxString::FromUTF8(tree), to});
-    if (copy.exitCode != 0)
-        throw std::runtime_error("cannot copy the test tree: " + copy.err.utf8_string());
-}
-
-void SetMysqlPort(const wxString& root, int port) {
-    const wxString path = root + "/mysql/my_source.ini";
-    WriteBytes(path, std::regex_replace(ReadBytes(path), std::regex("(^|\n)port *= *[0-9]+"),
-                                        "$1port=" + std::to_string(port)));
-}
-
-std::string FirstPhpVersion(const wxString& root) {
-    std::vector<std::string> versions;
-    for (const auto& entry : std::filesystem::directory_iterator((root + "/apache").utf8_string()))
-        if (entry.is_directory() && entry.path().filename().string().rfind("php_", 0) == 0)
-            versions.push_back(entry.path().filename().string());
-    std::sort(versions.begin(), versions.end());
-    return versions.empty() ? std::string() : versions.front();
-}
+// The assembled tree is kept between test programs, one per digest of the assembler and stack/
+// (older ones removed); the lock makes programs running at once assemble only once. The copy
+// gets the MySQL port ($3) and a kovix.ini with the Apache port ($2) and the first PHP version.
+const char* const Setup = R"sh(set -eo pipefail
+cache="${TMPDIR:-/tmp}/kovix-test-trees-$(id -u)"; mkdir -p "$cache"; exec 9>"$cache/lock"; flock 9
+key=$(cd "$0" && tar --sort=name --mtime=@0 --owner=0 --group=0 --numeric-owner -cf - \
+  scripts/assemble-tree.sh stack | md5sum | cut -c1-16)
+tree="$cache/tree-$key"
+if [ ! -e "$tree.ready" ]; then
+  rm -rf "$cache"/tree-*
+  bash "$0/scripts/assemble-tree.sh" "$tree" || { rm -rf "$tree"; exit 1; }
+  touch "$tree.ready"
+fi
+cp -a "$tree" "$1"
+sed -i -E "s/^port *= *[0-9]+/port=$3/" "$1/mysql/my_source.ini"
+php=$(cd "$1/apache" && ls -d php_* | LC_ALL=C sort | head -n1)
+printf 'APACHE_PORT = "%s"\nPHP_CURRENT_VERSION = "%s"\n' "$2" "$php" >"$1/kovix.ini")sh";
 
 std::vector<long> AllPids() {
     std::vector<long> pids;
     for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
         const std::string name = entry.path().filename().string();
-        if (!name.empty() && name.find_first_not_of("0123456789") == std::string::npos)
+        if (name.find_first_not_of("0123456789") == std::string::npos)
             pids.push_back(std::stol(name));
     }
     return pids;
 }
 
-std::string ReadLine(const std::string& path) {
-    std::ifstream in(path);
+std::string ReadLine(long pid, const char* file) {
     std::string line;
-    std::getline(in, line);
+    std::getline(std::ifstream("/proc/" + std::to_string(pid) + "/" + file), line);
     return line;
 }
 
-// State letter and parent pid from /proc/<pid>/stat; state 0 when the process is gone.
-char StateOf(long pid, long* parent = nullptr) {
-    const std::string line = ReadLine("/proc/" + std::to_string(pid) + "/stat");
+// State letter from /proc/<pid>/stat, 0 when the process is gone; the parent pid in parent.
+char StateOf(long pid, long& parent) {
+    const std::string line = ReadLine(pid, "stat");
     const size_t close = line.rfind(')');
-    if (close == std::string::npos || close + 2 >= line.size())
-        return 0;
-    std::istringstream fields(line.substr(close + 2));
     char state = 0;
-    long ppid = 0;
-    fields >> state >> ppid;
-    if (parent)
-        *parent = ppid;
+    if (close != std::string::npos)
+        std::istringstream(line.substr(close + 1)) >> state >> parent;
     return state;
-}
-
-bool IsServerName(const std::string& comm) {
-    return comm == "httpd" || comm == "mysqld" || comm == "mysqladmin";
 }
 
 } // namespace
 
 TestTree::TestTree(const wxString& sourceDir)
-    : root(folder.Path() + "/" + TreeFolderName), scope(ScopeVariable, root) {
+    : root(folder.Path() + "/kovix tree"), scope("KOVIX_PROCESS_SCOPE", root) {
     // Apache started by root serves as www-data, which must enter the folders above the tree.
     std::filesystem::permissions(folder.Path().utf8_string(), std::filesystem::perms::others_exec,
                                  std::filesystem::perm_options::add);
-    CopyAssembledTree(sourceDir, root);
     apachePort = FreePort();
     do
         mysqlPort = FreePort();
     while (mysqlPort == apachePort);
-    SetMysqlPort(root, mysqlPort);
-    WriteBytes(File("kovix.ini"), "APACHE_PORT = \"" + std::to_string(apachePort) +
-                                      "\"\nPHP_CURRENT_VERSION = \"" + FirstPhpVersion(root) +
-                                      "\"\n");
+    const CommandResult setup =
+        RunCommand({"bash", "-c", Setup, sourceDir, root, wxString::Format("%d", apachePort),
+                    wxString::Format("%d", mysqlPort)});
+    if (setup.exitCode != 0)
+        throw std::runtime_error("cannot make the test tree:\n" + setup.err.utf8_string());
     prctl(PR_SET_CHILD_SUBREAPER, 1);
 }
 
@@ -171,28 +102,21 @@ CommandResult TestTree::Ctl(const wxString& kovixctlPath, std::vector<wxString> 
 
 std::vector<long> TestTree::Processes() const {
     std::vector<long> found;
-    for (long pid : AllPids()) {
-        const char state = StateOf(pid);
-        if (pid != getpid() && state != 0 && state != 'Z' &&
-            Platform::Get().ProcessLivesIn(pid, root))
-            found.push_back(pid);
-    }
+    for (const ProcessState& process : ProcessesNamed(""))
+        if (process.state != 'Z' && process.pid != getpid())
+            found.push_back(process.pid);
     return found;
 }
 
 std::vector<TestTree::ProcessState> TestTree::ProcessesNamed(const wxString& name) const {
     std::vector<ProcessState> found;
     for (long pid : AllPids()) {
-        const std::string comm = ReadLine("/proc/" + std::to_string(pid) + "/comm");
-        if (comm != name.utf8_string())
-            continue;
         long parent = 0;
-        const char state = StateOf(pid, &parent);
-        // A zombie has no folders left to look at: it belongs to the tree when its parent is
-        // this process (it started or adopted it).
-        const bool ours =
-            state == 'Z' ? parent == getpid() : Platform::Get().ProcessLivesIn(pid, root);
-        if (state != 0 && ours)
+        const bool named = name.empty() || ReadLine(pid, "comm") == name.utf8_string();
+        const char state = named ? StateOf(pid, parent) : 0;
+        // A zombie has no folders left to look at: it is the tree's when this process is its
+        // parent (it started or adopted it).
+        if (state == 'Z' ? parent == getpid() : state && Platform::Get().ProcessLivesIn(pid, root))
             found.push_back({pid, state});
     }
     return found;
@@ -201,8 +125,9 @@ std::vector<TestTree::ProcessState> TestTree::ProcessesNamed(const wxString& nam
 void TestTree::ReapEndedServers() {
     for (long pid : AllPids()) {
         long parent = 0;
-        if (StateOf(pid, &parent) == 'Z' && parent == getpid() &&
-            IsServerName(ReadLine("/proc/" + std::to_string(pid) + "/comm")))
+        const std::string comm = ReadLine(pid, "comm");
+        if (StateOf(pid, parent) == 'Z' && parent == getpid() &&
+            (comm == "httpd" || comm == "mysqld" || comm == "mysqladmin"))
             waitpid(static_cast<pid_t>(pid), nullptr, WNOHANG);
     }
 }
@@ -211,18 +136,14 @@ void TestTree::ReapEndedServers() {
 // this machine is given the port before the server takes it.
 int TestTree::FreePort() {
     static std::mt19937 random{std::random_device{}()};
-    std::uniform_int_distribution<int> ports(20000, 32767);
     for (int attempt = 0; attempt < 100; ++attempt) {
-        const int port = ports(random);
-        int fd = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        const int port = std::uniform_int_distribution<int>(20000, 32767)(random);
+        const int fd = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
         sockaddr_in address{};
         address.sin_family = AF_INET;
-        address.sin_addr.s_addr = htonl(INADDR_ANY);
         address.sin_port = htons(static_cast<uint16_t>(port));
-        const bool free =
-            fd >= 0 && bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
-        if (fd >= 0)
-            close(fd);
+        const bool free = bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
+        close(fd);
         if (free)
             return port;
     }

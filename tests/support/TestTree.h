@@ -25,8 +25,6 @@ public:
     // sourceDir: the repository, where scripts/ and stack/ are.
     explicit TestTree(const wxString& sourceDir);
     ~TestTree();
-    TestTree(const TestTree&) = delete;
-    TestTree& operator=(const TestTree&) = delete;
 
     const wxString& Root() const { return root; }
     wxString File(const wxString& relativePath) const { return root + "/" + relativePath; }
@@ -39,7 +37,8 @@ public:
     // Live (non-zombie) processes whose working folder, executable or command line lies in the
     // tree, this process excepted.
     std::vector<long> Processes() const;
-    // Processes of the tree with this name (e.g. "httpd"), zombies included, with their states.
+    // Processes of the tree with this name (e.g. "httpd"; empty: any), zombies included, with
+    // their states.
     struct ProcessState {
         long pid;
         char state;
