@@ -4,13 +4,13 @@
 // status tick, on the machine as it is and with 1,000 extra idle processes. Needs a display:
 //
 //   xvfb-run -a -s "-screen 0 1280x1024x24" PanelBench [SECONDS]
-#include "app/AppSettings.h"
-#include "core/ProcessLookup.h"
+#include "core/AppSettings.h"
 #include "core/TextFiles.h"
+#include "core/lang/LangTable.h"
+#include "core/net/HostNameLookupThread.h"
+#include "core/servers/ProcessLookup.h"
 #include "gui/WinKovix.h"
 #include "gui/WinStats.h"
-#include "lang/LangTable.h"
-#include "net/HostNameLookupThread.h"
 #include "platform/Platform.h"
 #include "support/TestTree.h"
 

@@ -1,7 +1,7 @@
 // Times reading and writing the editable settings of a 100,000-line php.ini against PHP's own
 // parse of the same file (php -n -c FILE), and prints both with their ratio.
 #include "core/TextFiles.h"
-#include "php/PHPControlConfig.h"
+#include "core/php/PHPControlConfig.h"
 
 #include <wx/filefn.h>
 #include <wx/filename.h>

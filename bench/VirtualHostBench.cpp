@@ -3,8 +3,8 @@
 // with their ratio. The template holds a minimal server configuration and real paths, so Apache
 // parses exactly the blocks the model reads.
 // usage: VirtualHostBench [HTTPD [MODULES_FOLDER]]
-#include "apache/VirtualHostFile.h"
 #include "core/TextFiles.h"
+#include "core/apache/VirtualHostFile.h"
 
 #include <wx/filefn.h>
 #include <wx/filename.h>

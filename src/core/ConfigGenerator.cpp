@@ -1,6 +1,6 @@
 #include "core/ConfigGenerator.h"
 
-#include "app/AppSettings.h"
+#include "core/AppSettings.h"
 #include "core/PhpVersions.h"
 #include "core/TextFiles.h"
 #include "platform/Platform.h"

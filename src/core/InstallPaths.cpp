@@ -1,6 +1,6 @@
 #include "core/InstallPaths.h"
 
-#include "app/AppSettings.h"
+#include "core/AppSettings.h"
 #include "platform/Platform.h"
 
 #include <wx/filename.h>

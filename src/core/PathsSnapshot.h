@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/AppSettings.h"
+#include "core/AppSettings.h"
 #include "core/InstallPaths.h"
 
 // The installation paths on a private copy of the settings, for a worker thread: it then reads

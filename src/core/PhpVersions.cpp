@@ -1,6 +1,6 @@
 #include "core/PhpVersions.h"
 
-#include "app/AppSettings.h"
+#include "core/AppSettings.h"
 
 #include <wx/dir.h>
 #include <wx/regex.h>

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "core/ApacheServer.h"
 #include "core/Cleanup.h"
 #include "core/InstallPaths.h"
-#include "core/MysqlServer.h"
+#include "core/servers/ApacheServer.h"
+#include "core/servers/MysqlServer.h"
 #include "gui/ChartSeries.h"
 
 #include <wx/frame.h>

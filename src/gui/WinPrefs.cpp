@@ -1,7 +1,7 @@
 #include "gui/WinPrefs.h"
 
-#include "app/AppSettings.h"
-#include "lang/LangTable.h"
+#include "core/AppSettings.h"
+#include "core/lang/LangTable.h"
 
 #include <wx/button.h>
 #include <wx/checkbox.h>

@@ -1,7 +1,7 @@
 #include "gui/WinStats.h"
 
+#include "core/lang/LangTable.h"
 #include "gui/StatsControl.h"
-#include "lang/LangTable.h"
 
 #include <wx/button.h>
 #include <wx/sizer.h>

@@ -1,7 +1,7 @@
 #include "gui/WinTaskBarIcon.h"
 
+#include "core/lang/LangTable.h"
 #include "gui/WinKovix.h"
-#include "lang/LangTable.h"
 
 #include <wx/menu.h>
 

@@ -1,4 +1,4 @@
-#include "core/CpuMeter.h"
+#include "core/servers/CpuMeter.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "apache/HelpCatalogue.h"
+#include "core/apache/HelpCatalogue.h"
 
 #include <gtest/gtest.h>
 

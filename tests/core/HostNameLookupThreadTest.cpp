@@ -1,4 +1,4 @@
-#include "net/HostNameLookupThread.h"
+#include "core/net/HostNameLookupThread.h"
 #include "support/LocalHttpServer.h"
 
 #include <gtest/gtest.h>

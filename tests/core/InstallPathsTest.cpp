@@ -1,5 +1,5 @@
 #include "core/InstallPaths.h"
-#include "app/AppSettings.h"
+#include "core/AppSettings.h"
 
 #include <gtest/gtest.h>
 

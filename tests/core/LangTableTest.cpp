@@ -1,5 +1,5 @@
-#include "lang/LangTable.h"
-#include "app/AppSettings.h"
+#include "core/lang/LangTable.h"
+#include "core/AppSettings.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
-#include "core/MysqlServer.h"
+#include "core/servers/MysqlServer.h"
 
-#include "app/AppSettings.h"
-#include "lang/LangTable.h"
+#include "core/AppSettings.h"
+#include "core/lang/LangTable.h"
 #include "support/TempDir.h"
 #include "support/TreeFiles.h"
 

@@ -1,4 +1,4 @@
-#include "php/PHPControlConfig.h"
+#include "core/php/PHPControlConfig.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "core/PhpVersions.h"
 
-#include "app/AppSettings.h"
+#include "core/AppSettings.h"
 #include "support/TempDir.h"
 #include "support/TreeFiles.h"
 

@@ -1,4 +1,4 @@
-#include "net/VersionCompare.h"
+#include "core/net/VersionCompare.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "apache/VirtualHostFile.h"
+#include "core/apache/VirtualHostFile.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>

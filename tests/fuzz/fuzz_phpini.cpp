@@ -4,7 +4,7 @@
 // "directive = value", and every line end becomes "\n".
 #include "FuzzSupport.h"
 #include "core/TextFiles.h"
-#include "php/PHPControlConfig.h"
+#include "core/php/PHPControlConfig.h"
 
 #include <map>
 #include <string>

@@ -1,7 +1,7 @@
 // Any bytes as the Apache template: reading it, writing the hosts back and reading the result
 // must give the same hosts, and the writer must append the blocks exactly as it lays them out.
 #include "FuzzSupport.h"
-#include "apache/VirtualHostFile.h"
+#include "core/apache/VirtualHostFile.h"
 
 #include <string>
 #include <vector>

@@ -3,12 +3,12 @@
 // Fixtures of the window tests: the main window on a tree, and a real tree for the configuration
 // dialogs. English texts; the servers are not started on launch.
 
-#include "app/AppSettings.h"
+#include "core/AppSettings.h"
 #include "core/InstallPaths.h"
+#include "core/lang/LangTable.h"
+#include "core/net/HostNameLookupThread.h"
 #include "gui/GuiTesting.h"
 #include "gui/WinKovix.h"
-#include "lang/LangTable.h"
-#include "net/HostNameLookupThread.h"
 #include "support/LocalHttpServer.h"
 #include "support/ScopedEnv.h"
 #include "support/SmallTree.h"

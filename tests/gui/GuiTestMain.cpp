@@ -1,7 +1,7 @@
 // Test entry for the window tests: a real GTK application on the display (Xvfb in CI), with wx
 // assertions and error logs turned into test failures instead of modal boxes.
 #include "core/TextFiles.h"
-#include "net/HostNameLookupThread.h"
+#include "core/net/HostNameLookupThread.h"
 
 #include <gtest/gtest.h>
 #include <wx/app.h>

@@ -2,12 +2,12 @@
 // KOVIX_SCREENSHOTS_DIR names (scripts/screenshots.sh sets it; without it the tests do nothing):
 // the main window stopped and running, the statistics and the preferences in English and French,
 // and both pages of the Apache and PHP configuration dialogs in English.
-#include "apache/WinApacheConf.h"
 #include "gui/GuiFixtures.h"
 #include "gui/ScreenCapture.h"
 #include "gui/WinPrefs.h"
 #include "gui/WinStats.h"
-#include "php/WinPHPExt.h"
+#include "gui/apache/WinApacheConf.h"
+#include "gui/php/WinPHPExt.h"
 #include "platform/Platform.h"
 #include "support/TempDir.h"
 

@@ -1,10 +1,10 @@
-#include "apache/WinApacheConf.h"
+#include "gui/apache/WinApacheConf.h"
 
-#include "apache/WinAliasConf.h"
-#include "apache/WinDirectoryConf.h"
-#include "apache/WinOthersConf.h"
 #include "core/TemplateSwitches.h"
 #include "gui/GuiFixtures.h"
+#include "gui/apache/WinAliasConf.h"
+#include "gui/apache/WinDirectoryConf.h"
+#include "gui/apache/WinOthersConf.h"
 
 #include <wx/checkbox.h>
 #include <wx/checklst.h>

@@ -1,8 +1,8 @@
 // The main window driving the real Apache and MariaDB of a temporary tree: start and stop, and
 // the restart after a PHP version change. The tree's destructor stops whatever a failing test
 // leaves running.
-#include "core/ProcessLookup.h"
 #include "core/TextFiles.h"
+#include "core/servers/ProcessLookup.h"
 #include "gui/GuiFixtures.h"
 #include "support/CommandRunner.h"
 

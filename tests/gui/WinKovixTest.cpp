@@ -1,6 +1,6 @@
 // The main window against a small tree, FakeServer processes standing in for the servers.
 #include "gui/WinKovix.h"
-#include "core/ProcessLookup.h"
+#include "core/servers/ProcessLookup.h"
 #include "gui/GuiFixtures.h"
 #include "gui/WinPrefs.h"
 #include "gui/WinStats.h"

@@ -1,5 +1,5 @@
 // One panel per user: the lock of the single-instance checker, held by a real kovix process.
-#include "app/WinMainApp.h"
+#include "gui/WinMainApp.h"
 #include "gui/GuiTesting.h"
 #include "support/FakeServer.h"
 #include "support/ScopedEnv.h"

@@ -1,4 +1,4 @@
-#include "php/WinPHPExt.h"
+#include "gui/php/WinPHPExt.h"
 
 #include "core/TemplateSwitches.h"
 #include "gui/GuiFixtures.h"

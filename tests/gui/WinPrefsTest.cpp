@@ -1,7 +1,7 @@
 #include "gui/WinPrefs.h"
-#include "app/AppSettings.h"
+#include "core/AppSettings.h"
+#include "core/lang/LangTable.h"
 #include "gui/GuiTesting.h"
-#include "lang/LangTable.h"
 #include "support/TempDir.h"
 
 #include <wx/checkbox.h>

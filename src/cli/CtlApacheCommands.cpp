@@ -1,0 +1,219 @@
+// kovixctl commands on the virtual hosts of the Apache template and on the help catalogue.
+#include "cli/CtlCommand.h"
+#include "core/apache/VirtualHostFile.h"
+
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <sstream>
+
+namespace {
+
+using OrderedJson = nlohmann::ordered_json;
+using JsonType = nlohmann::json::value_t;
+
+OrderedJson TextsToJson(const std::vector<wxString>& texts) {
+    OrderedJson array = OrderedJson::array();
+    for (const wxString& text : texts)
+        array.push_back(Utf8(text));
+    return array;
+}
+
+OrderedJson DirectoryToJson(const DirectoryRecord& directory) {
+    return {{"path", Utf8(directory.path)},           {"FollowSymLinks", directory.FollowSymLinks},
+            {"Includes", directory.Includes},         {"Indexes", directory.Indexes},
+            {"MultiViews", directory.MultiViews},     {"AllowOverride", directory.AllowOverride},
+            {"others", TextsToJson(directory.others)}};
+}
+
+OrderedJson HostToJson(const VirtualHostRecord& host) {
+    OrderedJson aliases = OrderedJson::array();
+    for (const AliasRecord& alias : host.aliases)
+        aliases.push_back({{"name", Utf8(alias.name)}, {"folder", Utf8(alias.folder)}});
+    OrderedJson directories = OrderedJson::array();
+    for (const DirectoryRecord& directory : host.directories)
+        directories.push_back(DirectoryToJson(directory));
+    return {{"address", Utf8(host.address)},
+            {"ServerName", Utf8(host.ServerName)},
+            {"ServerAlias", Utf8(host.ServerAlias)},
+            {"DocumentRoot", Utf8(host.DocumentRoot)},
+            {"aliases", aliases},
+            {"directories", directories},
+            {"others", TextsToJson(host.others)}};
+}
+
+[[noreturn]] void WrongShape(const std::string& what) {
+    throw CtlFailure("the virtual-host document is not of the expected shape: " + what);
+}
+
+const nlohmann::json& Field(const nlohmann::json& object, const char* name, JsonType type) {
+    const auto found = object.find(name);
+    if (found == object.end())
+        WrongShape(std::string("missing \"") + name + "\"");
+    if (found->type() != type)
+        WrongShape(std::string("\"") + name + "\" has the wrong type");
+    return *found;
+}
+
+// A text of the model; a line end in it would cut its template line in two.
+wxString JsonToText(const nlohmann::json& value, const char* name) {
+    if (!value.is_string())
+        WrongShape(std::string("\"") + name + "\" must hold texts");
+    const std::string& text = value.get_ref<const std::string&>();
+    if (text.find_first_of("\r\n") != std::string::npos)
+        WrongShape(std::string("\"") + name + "\" holds a line end");
+    return FromUtf8(text);
+}
+
+wxString TextField(const nlohmann::json& object, const char* name) {
+    return JsonToText(Field(object, name, JsonType::string), name);
+}
+
+bool BoolField(const nlohmann::json& object, const char* name) {
+    return Field(object, name, JsonType::boolean).get<bool>();
+}
+
+std::vector<wxString> TextsField(const nlohmann::json& object, const char* name) {
+    std::vector<wxString> texts;
+    for (const nlohmann::json& value : Field(object, name, JsonType::array))
+        texts.push_back(JsonToText(value, name));
+    return texts;
+}
+
+const nlohmann::json& ObjectIn(const nlohmann::json& value, const char* list) {
+    if (!value.is_object())
+        WrongShape(std::string("\"") + list + "\" must hold objects");
+    return value;
+}
+
+DirectoryRecord JsonToDirectory(const nlohmann::json& object) {
+    DirectoryRecord directory;
+    directory.path = TextField(object, "path");
+    directory.FollowSymLinks = BoolField(object, "FollowSymLinks");
+    directory.Includes = BoolField(object, "Includes");
+    directory.Indexes = BoolField(object, "Indexes");
+    directory.MultiViews = BoolField(object, "MultiViews");
+    directory.AllowOverride = BoolField(object, "AllowOverride");
+    directory.others = TextsField(object, "others");
+    return directory;
+}
+
+VirtualHostRecord JsonToHost(const nlohmann::json& object) {
+    VirtualHostRecord host;
+    host.address = TextField(object, "address");
+    host.ServerName = TextField(object, "ServerName");
+    host.ServerAlias = TextField(object, "ServerAlias");
+    host.DocumentRoot = TextField(object, "DocumentRoot");
+    for (const nlohmann::json& alias : Field(object, "aliases", JsonType::array))
+        host.aliases.push_back({TextField(ObjectIn(alias, "aliases"), "name"),
+                                TextField(ObjectIn(alias, "aliases"), "folder")});
+    for (const nlohmann::json& directory : Field(object, "directories", JsonType::array))
+        host.directories.push_back(JsonToDirectory(ObjectIn(directory, "directories")));
+    host.others = TextsField(object, "others");
+    return host;
+}
+
+// The hosts of a virtual-host document; its "path" is not used: the template is the tree's.
+std::vector<VirtualHostRecord> JsonToHosts(const std::string& text) {
+    nlohmann::json document;
+    try {
+        document = nlohmann::json::parse(text);
+    } catch (const nlohmann::json::parse_error& error) {
+        throw CtlFailure(wxString("malformed JSON: ") + error.what());
+    }
+    if (!document.is_object())
+        WrongShape("the document must be an object");
+    std::vector<VirtualHostRecord> hosts;
+    for (const nlohmann::json& host : Field(document, "hosts", JsonType::array))
+        hosts.push_back(JsonToHost(ObjectIn(host, "hosts")));
+    return hosts;
+}
+
+std::string ReadInput(const wxString& name) {
+    std::ostringstream content;
+    if (name == "-") {
+        content << std::cin.rdbuf();
+        return content.str();
+    }
+    std::ifstream file(name.fn_str(), std::ios::binary);
+    if (!file || !(content << file.rdbuf()))
+        throw CtlFailure("cannot read " + name);
+    return content.str();
+}
+
+VirtualHostFile LoadTemplate(CtlContext& context) {
+    VirtualHostFile file;
+    if (!LoadVirtualHostFile(file, context.paths))
+        throw CtlFailure("cannot read " + file.path);
+    return file;
+}
+
+wxString CellText(const wxString& text) {
+    return text.empty() ? wxString("-") : text;
+}
+
+void PrintHosts(CtlContext& context, const std::vector<VirtualHostRecord>& hosts) {
+    std::vector<std::vector<wxString>> rows = {
+        {"address", "ServerName", "ServerAlias", "DocumentRoot", "aliases", "directories"}};
+    for (const VirtualHostRecord& host : hosts)
+        rows.push_back({CellText(host.address), CellText(host.ServerName),
+                        CellText(host.ServerAlias), CellText(host.DocumentRoot),
+                        wxString::Format("%zu", host.aliases.size()),
+                        wxString::Format("%zu", host.directories.size())});
+    context.PrintTable(rows);
+}
+
+void VirtualHosts(CtlContext& context) {
+    context.ExpectArgCount(0, 0);
+    const VirtualHostFile file = LoadTemplate(context);
+    if (!context.json) {
+        PrintHosts(context, file.hosts);
+        return;
+    }
+    OrderedJson hosts = OrderedJson::array();
+    for (const VirtualHostRecord& host : file.hosts)
+        hosts.push_back(HostToJson(host));
+    const OrderedJson document = {{"path", Utf8(file.path)}, {"hosts", hosts}};
+    context.Print(FromUtf8(document.dump()));
+}
+
+void ImportVirtualHosts(CtlContext& context) {
+    context.ExpectArgCount(1, 1);
+    VirtualHostFile file;
+    file.hosts = JsonToHosts(ReadInput(context.Arg(0)));
+    file.path = context.paths.ApacheSourceConfig();
+    if (!WriteVirtualHosts(file))
+        throw CtlFailure("cannot rewrite " + file.path);
+}
+
+void PrintCatalogueEntry(CtlContext& context, const wxString& description, const wxString& link) {
+    if (context.json) {
+        context.PrintJson({{"description", Utf8(description)}, {"link", Utf8(link)}});
+        return;
+    }
+    context.Print(wxString(description).Trim(true).Trim(false));
+    if (!link.empty())
+        context.Print(link);
+}
+
+void CatalogueModule(CtlContext& context) {
+    context.ExpectArgCount(1, 1);
+    const VirtualHostFile file;
+    PrintCatalogueEntry(context, file.ModuleDescription(context.Arg(0)),
+                        file.ModuleLink(context.Arg(0)));
+}
+
+void CatalogueExtension(CtlContext& context) {
+    context.ExpectArgCount(1, 1);
+    const VirtualHostFile file;
+    PrintCatalogueEntry(context, file.ExtensionDescription(context.Arg(0)),
+                        file.ExtensionLink(context.Arg(0)));
+}
+
+const CtlRegistrar vhosts({"apache", "vhosts"}, "[--json]", VirtualHosts);
+const CtlRegistrar importVhosts({"apache", "vhosts", "import"}, "FILE|-", ImportVirtualHosts);
+const CtlRegistrar catalogueModule({"catalogue", "module"}, "NAME [--json]", CatalogueModule);
+const CtlRegistrar catalogueExtension({"catalogue", "extension"}, "NAME [--json]",
+                                      CatalogueExtension);
+
+} // namespace

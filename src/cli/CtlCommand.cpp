@@ -1,0 +1,162 @@
+#include "cli/CtlCommand.h"
+
+#include "core/TextFiles.h"
+#include "core/lang/LangTable.h"
+
+#include <algorithm>
+#include <ostream>
+
+namespace {
+
+struct RegisteredCommand {
+    std::vector<wxString> words;
+    const char* usage;
+    CtlHandler handler;
+};
+
+std::vector<RegisteredCommand>& Commands() {
+    static std::vector<RegisteredCommand> commands;
+    return commands;
+}
+
+bool StartsWithWords(const std::vector<wxString>& arguments, const std::vector<wxString>& words) {
+    return arguments.size() >= words.size() &&
+           std::equal(words.begin(), words.end(), arguments.begin());
+}
+
+// The registered command whose words are the longest prefix of the arguments.
+const RegisteredCommand* FindCommand(const std::vector<wxString>& arguments) {
+    const RegisteredCommand* best = nullptr;
+    for (const RegisteredCommand& command : Commands())
+        if (StartsWithWords(arguments, command.words) &&
+            (!best || command.words.size() > best->words.size()))
+            best = &command;
+    return best;
+}
+
+void PrintUsage(std::ostream& err) {
+    std::vector<std::string> lines;
+    for (const RegisteredCommand& command : Commands()) {
+        std::string line = "  ";
+        for (const wxString& word : command.words)
+            line += Utf8(word) + " ";
+        lines.push_back(line + command.usage);
+    }
+    std::sort(lines.begin(), lines.end());
+    err << "usage: kovixctl [--root DIR] COMMAND [ARGS] [--json]\ncommands:\n";
+    for (const std::string& line : lines)
+        err << line << "\n";
+}
+
+struct Invocation {
+    wxString root;
+    bool json = false;
+    std::vector<wxString> words;
+};
+
+Invocation ParseOptions(const std::vector<wxString>& arguments) {
+    Invocation invocation;
+    for (size_t i = 0; i < arguments.size(); ++i) {
+        const wxString& argument = arguments[i];
+        if (argument == "--json")
+            invocation.json = true;
+        else if (argument == "--root") {
+            if (i + 1 == arguments.size())
+                throw CtlUsageError("--root needs a folder");
+            invocation.root = arguments[++i];
+        } else if (argument.StartsWith("--"))
+            throw CtlUsageError("unknown option " + Utf8(argument));
+        else
+            invocation.words.push_back(argument);
+    }
+    if (invocation.words.empty())
+        throw CtlUsageError("no command");
+    return invocation;
+}
+
+int Execute(const Invocation& invocation, std::ostream& out, std::ostream& err) {
+    const RegisteredCommand* command = FindCommand(invocation.words);
+    if (!command)
+        throw CtlUsageError("unknown command " + Utf8(invocation.words.front()));
+    const wxString root =
+        invocation.root.empty() ? InstallPaths::ExecutableFolder() : invocation.root;
+    CtlContext context(root, out, err);
+    context.json = invocation.json;
+    context.args.assign(invocation.words.begin() + command->words.size(), invocation.words.end());
+    int code = 0;
+    try {
+        command->handler(context);
+    } catch (const CtlFailure& failure) {
+        err << failure.what() << "\n";
+        code = 1;
+    }
+    if (context.HasChangedSettings() && !context.settings.Save(context.paths.SettingsFile())) {
+        err << "cannot write " << Utf8(context.paths.SettingsFile()) << "\n";
+        code = 1;
+    }
+    return code;
+}
+
+} // namespace
+
+CtlRegistrar::CtlRegistrar(std::vector<wxString> words, const char* usage, CtlHandler handler) {
+    Commands().push_back({std::move(words), usage, std::move(handler)});
+}
+
+CtlContext::CtlContext(const wxString& programFolder, std::ostream& out, std::ostream& err)
+    : paths(programFolder, settings), out(out), err(err) {
+    settings.Load(paths.SettingsFile());
+    loadedSettings = settings;
+    InitLangTable(settings);
+}
+
+void CtlContext::Print(const wxString& line) {
+    out << Utf8(line) << "\n";
+}
+
+void CtlContext::PrintError(const wxString& line) {
+    err << Utf8(line) << "\n";
+}
+
+void CtlContext::PrintJson(const nlohmann::json& document) {
+    out << document.dump() << "\n";
+}
+
+void CtlContext::PrintTable(const std::vector<std::vector<wxString>>& rows) {
+    std::vector<size_t> widths;
+    for (const auto& row : rows)
+        for (size_t column = 0; column < row.size(); ++column) {
+            widths.resize(std::max(widths.size(), column + 1));
+            widths[column] = std::max(widths[column], row[column].length());
+        }
+    for (const auto& row : rows) {
+        wxString line;
+        for (size_t column = 0; column < row.size(); ++column) {
+            line += row[column];
+            if (column + 1 < row.size())
+                line += wxString(' ', widths[column] - row[column].length() + 2);
+        }
+        Print(line);
+    }
+}
+
+const wxString& CtlContext::Arg(size_t index) const {
+    if (index >= args.size())
+        throw CtlUsageError("missing argument");
+    return args[index];
+}
+
+void CtlContext::ExpectArgCount(size_t minimum, size_t maximum) const {
+    if (args.size() < minimum || args.size() > maximum)
+        throw CtlUsageError("wrong number of arguments");
+}
+
+int RunKovixCtl(const std::vector<wxString>& arguments, std::ostream& out, std::ostream& err) {
+    try {
+        return Execute(ParseOptions(arguments), out, err);
+    } catch (const CtlUsageError& error) {
+        err << "kovixctl: " << error.what() << "\n";
+        PrintUsage(err);
+        return 2;
+    }
+}

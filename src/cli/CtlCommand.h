@@ -1,0 +1,73 @@
+#pragma once
+
+#include "core/AppSettings.h"
+#include "core/InstallPaths.h"
+
+#include <nlohmann/json.hpp>
+#include <wx/string.h>
+
+#include <functional>
+#include <iosfwd>
+#include <stdexcept>
+#include <vector>
+
+// Thrown by a command for a usage error: exit code 2, the usage text, nothing written.
+struct CtlUsageError : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+// Thrown by a command that is refused or fails: exit code 1, the message on standard error.
+struct CtlFailure : std::runtime_error {
+    explicit CtlFailure(const wxString& message) : std::runtime_error(message.utf8_string()) {}
+};
+
+// One kovixctl invocation: the tree, its settings and the command's own arguments.
+class CtlContext {
+public:
+    CtlContext(const wxString& programFolder, std::ostream& out, std::ostream& err);
+
+    AppSettings settings;
+    InstallPaths paths;
+    std::vector<wxString> args; // what follows the command words
+    bool json = false;
+
+    // Marks the settings as changed: they are written before the program exits.
+    void SettingsChanged() { settingsChanged = true; }
+    // True when a command said it changed the settings and they differ from what was loaded.
+    bool HasChangedSettings() const {
+        return settingsChanged && settings.Entries() != loadedSettings.Entries();
+    }
+
+    void Print(const wxString& line);
+    void PrintError(const wxString& line);
+    void PrintJson(const nlohmann::json& document);
+    // Rows printed with each column padded to its widest cell.
+    void PrintTable(const std::vector<std::vector<wxString>>& rows);
+
+    // The argument at index, or a usage error when it is missing.
+    const wxString& Arg(size_t index) const;
+    void ExpectArgCount(size_t minimum, size_t maximum) const;
+
+private:
+    std::ostream& out;
+    std::ostream& err;
+    bool settingsChanged = false;
+    AppSettings loadedSettings;
+};
+
+using CtlHandler = std::function<void(CtlContext&)>;
+
+// Registers a command under its words (e.g. {"php", "ext"}) at static-initialisation time.
+struct CtlRegistrar {
+    CtlRegistrar(std::vector<wxString> words, const char* usage, CtlHandler handler);
+};
+
+// Runs kovixctl with its arguments (without the program name); returns the exit code.
+int RunKovixCtl(const std::vector<wxString>& arguments, std::ostream& out, std::ostream& err);
+
+inline std::string Utf8(const wxString& text) {
+    return text.utf8_string();
+}
+inline wxString FromUtf8(const std::string& text) {
+    return wxString::FromUTF8(text);
+}

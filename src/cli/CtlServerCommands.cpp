@@ -1,0 +1,224 @@
+// kovixctl commands that run the servers and clean up after them: status, start, stop, clean,
+// restore.
+#include "cli/CtlCommand.h"
+#include "core/Cleanup.h"
+#include "core/ConfigGenerator.h"
+#include "core/PhpVersions.h"
+#include "core/lang/LangTable.h"
+#include "core/servers/ApacheServer.h"
+#include "core/servers/MysqlServer.h"
+#include "core/servers/PortCheck.h"
+#include "platform/Platform.h"
+
+#include <wx/file.h>
+
+#include <chrono>
+#include <functional>
+#include <map>
+#include <thread>
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+const auto ServerTimeout = std::chrono::seconds(30);
+const auto PollInterval = std::chrono::milliseconds(5);
+
+struct Which {
+    bool apache = false;
+    bool mysql = false;
+};
+
+Which ParseWhich(CtlContext& context) {
+    context.ExpectArgCount(0, 1);
+    const wxString which = context.args.empty() ? wxString("all") : context.Arg(0);
+    if (which == "all")
+        return {true, true};
+    if (which == "apache")
+        return {true, false};
+    if (which == "mysql")
+        return {false, true};
+    throw CtlUsageError("start|stop [all|apache|mysql]");
+}
+
+// Polls until done() holds or the time is up; false on time-out.
+bool WaitUntil(const std::function<bool()>& done) {
+    const Clock::time_point giveUp = Clock::now() + ServerTimeout;
+    while (!done()) {
+        if (Clock::now() >= giveUp)
+            return false;
+        std::this_thread::sleep_for(PollInterval);
+    }
+    return true;
+}
+
+bool Accepts(int port) {
+    const int shortWait = 50;
+    return Platform::Get().IsLocalPortTaken(port, shortWait);
+}
+
+// MySQL is asked on its own socket file when it has one: another server may answer on its port.
+bool MysqlAccepts(const MysqlServer& mysql) {
+    const wxString socket = mysql.SocketPath();
+    return socket.empty() ? Accepts(mysql.Port()) : Platform::Get().IsLocalSocketAccepting(socket);
+}
+
+// Waits for the started server to accept connections. A server that ends before fails at once;
+// its own words (its output, then what ownLog adds) become the failure message.
+template <typename Server>
+void WaitForStart(
+    Server& server, const wxString& name, const std::function<bool()>& accepts,
+    const std::function<wxString()>& ownLog = [] { return wxString(); }) {
+    wxString output;
+    bool accepting = false;
+    WaitUntil([&] {
+        output += server.ReadOutput();
+        accepting = accepts();
+        return accepting || !server.HasActiveChild();
+    });
+    if (!accepting) {
+        output += server.ReadOutput() + ownLog();
+        throw CtlFailure(name + " did not start" +
+                         (output.empty() ? wxString(".") : ":\n" + output.Trim()));
+    }
+}
+
+wxFileOffset FileSize(const wxString& path) {
+    wxFile file;
+    return wxFile::Exists(path) && file.Open(path) ? file.Length() : 0;
+}
+
+// The bytes of a file from offset on, widened as Latin-1 like the servers' output.
+wxString ReadFrom(const wxString& path, wxFileOffset offset) {
+    wxFile file;
+    if (!wxFile::Exists(path) || !file.Open(path) || file.Length() <= offset ||
+        file.Seek(offset) < 0)
+        return wxString();
+    std::string bytes(static_cast<size_t>(file.Length() - offset), '\0');
+    const ssize_t got = file.Read(bytes.data(), bytes.size());
+    return wxString(bytes.data(), wxConvISO8859_1, got > 0 ? static_cast<size_t>(got) : 0);
+}
+
+// What MySQL adds to its error log from now on: it says why it stops there, not on its output.
+// The log is the one of the last generated my.ini (unknown before the first start: read whole).
+class MysqlLogTail {
+public:
+    explicit MysqlLogTail(const MysqlServer& mysql)
+        : mysql(mysql), path(mysql.ErrorLogPath()), start(FileSize(path)) {}
+    wxString Read() const {
+        const wxString now = mysql.ErrorLogPath();
+        return ReadFrom(now, now == path ? start : 0);
+    }
+
+private:
+    const MysqlServer& mysql;
+    wxString path;
+    wxFileOffset start;
+};
+
+void Status(CtlContext& context) {
+    context.ExpectArgCount(0, 0);
+    ApacheServer apache(context.paths);
+    MysqlServer mysql(context.paths);
+    const bool apacheRuns = apache.IsRunning(), mysqlRuns = mysql.IsRunning();
+    // A share needs two samples some time apart.
+    apache.CpuUse();
+    mysql.CpuUse();
+    if (apacheRuns || mysqlRuns)
+        std::this_thread::sleep_for(std::chrono::milliseconds(CpuMeter::MinimumIntervalMs + 9));
+    const int apacheCpu = static_cast<int>(apache.CpuUse()),
+              mysqlCpu = static_cast<int>(mysql.CpuUse());
+    if (context.json) {
+        const nlohmann::ordered_json document{
+            {"apache", {{"running", apacheRuns}, {"cpu", apacheCpu}}},
+            {"mysql", {{"running", mysqlRuns}, {"cpu", mysqlCpu}}}};
+        context.Print(FromUtf8(document.dump()));
+        return;
+    }
+    auto row = [](const wxString& name, bool runs, int cpu) {
+        std::vector<wxString> cells{name, GetLangText(runs ? "RUNNING" : "STOPPED")};
+        if (runs)
+            cells.push_back(wxString::Format("CPU: %d%%", cpu));
+        return cells;
+    };
+    context.PrintTable({row("Apache", apacheRuns, apacheCpu), row("MySQL", mysqlRuns, mysqlCpu)});
+}
+
+// As the window's Start: the port test first (unless Apache runs already), then Apache and MySQL
+// together; then waits for both.
+void Start(CtlContext& context) {
+    Which which = ParseWhich(context);
+    ConfigGenerator::ApplyStartupDefaults(context.settings, context.paths);
+    ApacheServer apache(context.paths);
+    MysqlServer mysql(context.paths);
+    which.apache = which.apache && !apache.IsRunning();
+    which.mysql = which.mysql && !mysql.IsRunning();
+    const int port = context.settings.GetPort();
+    if (which.apache && !PortCheck::IsPortFree(port)) {
+        context.PrintError(PortCheck::PortTakenMessage(context.settings));
+        throw CtlFailure(PortCheck::PortHolderLine(port));
+    }
+    const MysqlLogTail mysqlLog(mysql);
+    if (which.apache)
+        apache.Start();
+    if (which.mysql)
+        mysql.Start();
+    if (which.apache)
+        WaitForStart(apache, "Apache", [port] { return Accepts(port); });
+    if (which.mysql)
+        WaitForStart(
+            mysql, "MySQL", [&] { return MysqlAccepts(mysql); }, [&] { return mysqlLog.Read(); });
+}
+
+// As the window's Stop: kill every Apache, shut MySQL down in order; then waits until both are
+// gone.
+void Stop(CtlContext& context) {
+    const Which which = ParseWhich(context);
+    ApacheServer apache(context.paths);
+    MysqlServer mysql(context.paths);
+    if (which.apache && apache.IsRunning())
+        apache.Stop();
+    const bool stopMysql = which.mysql && mysql.IsRunning();
+    if (stopMysql)
+        mysql.Stop();
+    if (!WaitUntil([&] {
+            return !(which.apache && apache.IsRunning()) && !(stopMysql && mysql.IsRunning());
+        }))
+        throw CtlFailure("the servers did not stop within 30 seconds:\n" + mysql.ReadOutput());
+}
+
+void Clean(CtlContext& context) {
+    context.ExpectArgCount(1, 1);
+    static const std::map<wxString, Cleanup::LogAction> actions{
+        {"apache-logs", Cleanup::LogAction::ApacheLogs},
+        {"mysql-logs", Cleanup::LogAction::MysqlLogs},
+        {"sessions", Cleanup::LogAction::Sessions},
+        {"all", Cleanup::LogAction::All}};
+    auto action = actions.find(context.Arg(0));
+    if (action == actions.end())
+        throw CtlUsageError("clean apache-logs|mysql-logs|sessions|all");
+    const wxString refusal =
+        Cleanup::RefusalKey(action->second, ApacheServer(context.paths).IsRunning(),
+                            MysqlServer(context.paths).IsRunning());
+    if (!refusal.empty())
+        throw CtlFailure(GetLangText(refusal));
+    Cleanup::Run(action->second, context.paths);
+}
+
+void Restore(CtlContext& context) {
+    context.ExpectArgCount(1, 1);
+    if (context.Arg(0) == "apache")
+        Cleanup::RestoreApache(context.paths);
+    else if (context.Arg(0) == "php") {
+        PhpVersions::SelectFirstIfUnset(context.settings, context.paths);
+        Cleanup::RestorePhp(context.paths);
+    } else
+        throw CtlUsageError("restore apache|php");
+}
+
+const CtlRegistrar status({"status"}, "[--json]", Status);
+const CtlRegistrar start({"start"}, "[all|apache|mysql]", Start);
+const CtlRegistrar stop({"stop"}, "[all|apache|mysql]", Stop);
+const CtlRegistrar clean({"clean"}, "apache-logs|mysql-logs|sessions|all", Clean);
+const CtlRegistrar restore({"restore"}, "apache|php", Restore);
+
+} // namespace

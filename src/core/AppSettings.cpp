@@ -1,0 +1,110 @@
+#include "core/AppSettings.h"
+
+#include "core/TextFiles.h"
+#include "platform/Platform.h"
+
+#include <wx/filefn.h>
+#include <wx/regex.h>
+#include <wx/tokenzr.h>
+
+namespace {
+
+AppSettings* instance = nullptr;
+
+const wxRegEx& LinePattern() {
+    static const wxRegEx pattern("([^ ]*)[ \t]*=[ \t]*\"([^\"]*)\"", wxRE_EXTENDED);
+    return pattern;
+}
+
+} // namespace
+
+AppSettings* AppSettings::Instance() {
+    return instance;
+}
+
+void AppSettings::SetInstance(AppSettings* settings) {
+    instance = settings;
+}
+
+void AppSettings::Load(const wxString& path) {
+    wxString text;
+    if (!TextFiles::Read(path, text))
+        return;
+    const wxRegEx& pattern = LinePattern();
+    wxStringTokenizer lines(text, "\n", wxTOKEN_STRTOK);
+    while (lines.HasMoreTokens()) {
+        const wxString line = lines.GetNextToken();
+        if (pattern.Matches(line))
+            SetString(pattern.GetMatch(line, 1), pattern.GetMatch(line, 2));
+    }
+}
+
+wxString AppSettings::ToText() const {
+    wxString text;
+    for (const auto& [key, value] : values)
+        text << key << " = \"" << value << "\"\n";
+    return text + "\n";
+}
+
+bool AppSettings::Save(const wxString& path) const {
+    return TextFiles::WriteAtomically(path, ToText());
+}
+
+wxString AppSettings::GetString(const wxString& key) const {
+    auto found = values.find(key);
+    return found == values.end() ? wxString() : found->second;
+}
+
+void AppSettings::SetString(const wxString& key, const wxString& value) {
+    values[key] = value;
+}
+
+bool AppSettings::GetBool(const wxString& key, bool defaultValue) const {
+    const wxString value = GetString(key).Lower();
+    if (value == "1" || value == "on")
+        return true;
+    if (value == "0" || value == "off")
+        return false;
+    return defaultValue;
+}
+
+void AppSettings::SetBool(const wxString& key, bool value) {
+    SetString(key, value ? "1" : "0");
+}
+
+bool AppSettings::IsOnline() const {
+    long mode = 0;
+    return ParseDecimal(GetString(APACHE_MODE), mode) && mode == 1;
+}
+
+void AppSettings::SetOnline(bool online) {
+    SetString(APACHE_MODE, wxString::Format("%i", online ? 1 : 0));
+}
+
+int AppSettings::GetPort() const {
+    long port = 0;
+    return ParseDecimal(GetString(APACHE_PORT), port) ? static_cast<int>(port) : 80;
+}
+
+void AppSettings::SetPort(int port) {
+    SetString(APACHE_PORT, wxString::Format("%i", port));
+}
+
+void AppSettings::SetLanguageIndex(int index, const wxString& currentCode) {
+    static const char* const codes[] = {"en", "fr"};
+    SetString(CURRENT_LANG, index == 0 || index == 1 ? wxString(codes[index]) : currentCode);
+}
+
+wxString AppSettings::GetTextEditor() const {
+    const wxString editor = GetString(TEXT_EDITOR);
+    return editor.empty() ? Platform::Get().DefaultTextEditor() : editor;
+}
+
+bool ParseDecimal(const wxString& text, long& value) {
+    wxString digits = text;
+    if (digits.StartsWith("-") || digits.StartsWith("+"))
+        digits = digits.Mid(1);
+    if (digits.empty() || !digits.IsNumber())
+        return false;
+    return text.ToLong(&value, 10);
+}

@@ -1,0 +1,105 @@
+#include "core/net/HostNameLookupThread.h"
+
+#include <wx/protocol/http.h>
+#include <wx/regex.h>
+#include <wx/sckaddr.h>
+#include <wx/sckstrm.h>
+#include <wx/sstream.h>
+#include <wx/utils.h>
+
+#include <mutex>
+
+namespace {
+
+// The regular expressions are compiled once for the run; matching uses their shared state, hence
+// the lock for the rare case of two lookups at once.
+std::mutex regexLock;
+
+wxString FirstMatch(const wxRegEx& regex, const wxString& text, size_t group) {
+    std::lock_guard<std::mutex> lock(regexLock);
+    return regex.Matches(text) ? regex.GetMatch(text, group) : wxString();
+}
+
+wxString HostFromEnvironment(const char* variable, const char* defaultHost) {
+    wxString host;
+    return wxGetEnv(variable, &host) && !host.empty() ? host : wxString(defaultHost);
+}
+
+// "host" or "host:port"; false when the host does not resolve or the port is not a number.
+bool Resolve(wxIPV4address& address, const wxString& hostAndPort) {
+    unsigned long port = 80;
+    const wxString host = hostAndPort.BeforeLast(':');
+    if (!host.empty() && (!hostAndPort.AfterLast(':').ToULong(&port) || port > 0xFFFF))
+        return false;
+    return address.Hostname(host.empty() ? hostAndPort : host) &&
+           address.Service(static_cast<unsigned short>(port));
+}
+
+// One HTTP GET; the body decoded as UTF-8, or "" on any failure. wxHTTP connects when the
+// request is made, waiting at most the socket time-out.
+wxString Fetch(const wxIPV4address& address, const wxString& path) {
+    wxHTTP http;
+    http.SetHeader("Content-type", "text/html; charset=utf-8");
+    http.SetTimeout(HostNameLookupThread::TIMEOUT_SECONDS);
+    http.Connect(address, false);
+    std::unique_ptr<wxInputStream> stream(http.GetInputStream(path));
+    wxString page;
+    if (stream && http.GetError() == wxPROTO_NOERR) {
+        wxStringOutputStream out(&page, wxConvUTF8);
+        stream->Read(out);
+    }
+    stream.reset();
+    http.Close();
+    return page;
+}
+
+} // namespace
+
+HostNameLookupThread::Hosts HostNameLookupThread::Hosts::FromEnvironment() {
+    return {HostFromEnvironment(IP_SERVICE_VARIABLE, DEFAULT_IP_SERVICE),
+            HostFromEnvironment(PRODUCT_SITE_VARIABLE, DEFAULT_PRODUCT_SITE)};
+}
+
+HostNameLookupThread::HostNameLookupThread(const Hosts& hosts)
+    : wxThread(wxTHREAD_JOINABLE), hosts(hosts) {}
+
+std::unique_ptr<HostNameLookupThread> HostNameLookupThread::Start(const Hosts& hosts) {
+    wxASSERT(wxIsMainThread());
+    if (!wxSocketBase::IsInitialized())
+        wxSocketBase::Initialize();
+    std::unique_ptr<HostNameLookupThread> thread(new HostNameLookupThread(hosts));
+    thread->started = thread->Run() == wxTHREAD_NO_ERROR;
+    if (!thread->started)
+        thread->resolved = true;
+    return thread;
+}
+
+HostNameLookupThread::~HostNameLookupThread() {
+    if (!started)
+        return;
+    Delete();
+    Wait();
+}
+
+wxString HostNameLookupThread::FindPublicIp(const wxString& page) {
+    static const wxRegEx address("([0-9]+\\.[0-9]+\\.[0-9]+\\.[0-9]+)", wxRE_EXTENDED);
+    return FirstMatch(address, page, 1);
+}
+
+wxString HostNameLookupThread::FindLatestVersion(const wxString& page) {
+    static const wxRegEx assignment("([^ ]*)[ \t]*=[ \t]*\"([^\"]*)\"", wxRE_EXTENDED);
+    return FirstMatch(assignment, page, 2);
+}
+
+wxThread::ExitCode HostNameLookupThread::Entry() {
+    wxIPV4address ipService;
+    wxIPV4address productSite;
+    const bool siteFound = Resolve(productSite, hosts.productSite);
+    const bool serviceFound = Resolve(ipService, hosts.ipService);
+    if (serviceFound && !TestDestroy())
+        publicIp = FindPublicIp(Fetch(ipService, "/"));
+    if (siteFound && !TestDestroy())
+        latestVersion = FindLatestVersion(Fetch(productSite, VERSION_PATH));
+    resolved = true;
+    return 0;
+}

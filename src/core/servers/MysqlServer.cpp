@@ -1,0 +1,84 @@
+#include "core/servers/MysqlServer.h"
+
+#include "core/AppSettings.h"
+
+#include "core/TextFiles.h"
+#include "core/lang/LangTable.h"
+#include "core/servers/ProcessLookup.h"
+
+#include <wx/tokenzr.h>
+
+MysqlServer::MysqlServer(const InstallPaths& paths)
+    : ServerBase(paths, InstallPaths::MysqlProcessName()),
+      mysqlSource(TemplateWatch::MysqlSource(paths)) {}
+
+// The option file must be the first option of both programs.
+wxString MysqlServer::CommandLine() const {
+    return paths.MysqlExecutable() + " --defaults-file=\"" + paths.MysqlLiveConfig() + "\"";
+}
+
+wxString MysqlServer::ShutdownCommandLine() const {
+    return paths.MysqlAdminTool() + " --defaults-file=\"" + paths.MysqlLiveConfig() + "\"" +
+           " --user=\"" + ShutdownUser + "\" --password=\"" + ShutdownPassword + "\" shutdown";
+}
+
+void MysqlServer::Start() {
+    if (KeepIfActive(record))
+        return;
+    ConfigGenerator(paths).GenerateMysql();
+    const size_t socketBytes = SocketPath().utf8_string().size();
+    if (socketBytes > SocketPathLimit) {
+        note = wxString::Format(GetLangText("MYSQL_SOCKET_TOO_LONG"), SocketPath(),
+                                static_cast<int>(socketBytes), static_cast<int>(SocketPathLimit)) +
+               "\n";
+        return;
+    }
+    record = std::make_unique<ServerProcess>(CommandLine(), paths.MysqlFolder());
+    RunOrForget(record);
+}
+
+void MysqlServer::Stop() {
+    if (KeepIfActive(adminRecord))
+        return;
+    adminRecord = std::make_unique<ServerProcess>(ShutdownCommandLine(), paths.MysqlFolder());
+    RunOrForget(adminRecord);
+}
+
+wxString MysqlServer::ReadOutput() {
+    wxString text = note + (record ? record->ReadOutput() : wxString());
+    note.clear();
+    if (adminRecord)
+        text += adminRecord->ReadOutput();
+    return text;
+}
+
+int MysqlServer::Port() const {
+    long port = 0;
+    return ParseDecimal(LiveOption("port"), port) ? static_cast<int>(port) : 3306;
+}
+
+wxString MysqlServer::SocketPath() const {
+    return LiveOption("socket");
+}
+
+// "name = value" of the [mysqld] section, quotes removed; the last one wins, as for the server.
+wxString MysqlServer::LiveOption(const wxString& name) const {
+    wxString text;
+    if (!TextFiles::Read(paths.MysqlLiveConfig(), text))
+        return wxString();
+    wxString section, value;
+    wxStringTokenizer lines(text, "\r\n");
+    while (lines.HasMoreTokens()) {
+        wxString line = lines.GetNextToken().Trim().Trim(false);
+        if (line.StartsWith("[")) {
+            section = line;
+            continue;
+        }
+        wxString key = line.BeforeFirst('=').Trim();
+        if (section == "[mysqld]" && line.Contains("=") && key == name)
+            value = line.AfterFirst('=').Trim(false);
+    }
+    if (value.length() >= 2 && value.StartsWith("\"") && value.EndsWith("\""))
+        value = value.Mid(1, value.length() - 2);
+    return value;
+}

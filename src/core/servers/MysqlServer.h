@@ -1,0 +1,51 @@
+#pragma once
+
+#include "core/ConfigGenerator.h"
+#include "core/servers/ServerBase.h"
+
+#include <memory>
+
+// The MySQL (MariaDB) server of the tree: starts it as a hidden child from a freshly generated
+// my.ini, shuts it down in order through the admin tool with the panel's own account, and tells
+// whether it runs (by process name), its processor share, what it and the admin tool wrote, and
+// whether my_source.ini changed since the last test.
+class MysqlServer : public ServerBase {
+public:
+    // The account of the shipped data that may shut the server down.
+    static constexpr const char* ShutdownUser = "kovix";
+    static constexpr const char* ShutdownPassword = "RbTwXcHqPsLmYv";
+
+    explicit MysqlServer(const InstallPaths& paths);
+
+    // Does nothing while the child of the last start is active. Refuses (and says why through
+    // ReadOutput) when the tree lies so deep that the socket path would be too long.
+    void Start();
+    // Asks the admin tool to shut the server down; does nothing while an earlier shutdown runs.
+    // Returns at once: the server is gone a moment later.
+    void Stop();
+
+    // What the server and then the admin tool wrote since the last call.
+    wxString ReadOutput();
+
+    bool HasSourceChanged() { return mysqlSource.HasChanged(); }
+
+    wxString CommandLine() const;
+    wxString ShutdownCommandLine() const;
+
+    // Options of the generated my.ini's [mysqld] section: the TCP port (3306 when absent) and
+    // the socket path ("" when absent).
+    int Port() const;
+    wxString SocketPath() const;
+    // Where the server writes its messages (log-error); "" when absent.
+    wxString ErrorLogPath() const { return LiveOption("log-error"); }
+    // The longest Unix socket path the system accepts, in bytes.
+    static constexpr size_t SocketPathLimit = 107;
+
+private:
+    wxString LiveOption(const wxString& name) const;
+
+    // Said by the next ReadOutput: why the server was not started.
+    wxString note;
+    std::unique_ptr<ServerProcess> adminRecord;
+    TemplateWatch mysqlSource;
+};

@@ -1,0 +1,39 @@
+#include "core/servers/ServerProcess.h"
+
+ServerProcess::ServerProcess(const wxString& commandLine, const wxString& workingFolder) {
+    launch.commandLine = commandLine;
+    launch.workingFolder = workingFolder;
+}
+
+void ServerProcess::SetVariable(const wxString& name, const wxString& value) {
+    launch.environment.emplace_back(name, value);
+}
+
+bool ServerProcess::Run() {
+    child = Platform::Get().StartHidden(launch);
+    return child != nullptr;
+}
+
+bool ServerProcess::IsActive() {
+    return child && child->IsActive();
+}
+
+wxString ServerProcess::ReadOutput() {
+    return child ? child->ReadOutput() : wxString();
+}
+
+long ServerProcess::Pid() const {
+    return child ? child->Pid() : 0;
+}
+
+bool KeepIfActive(std::unique_ptr<ServerProcess>& record) {
+    if (record && record->IsActive())
+        return true;
+    record.reset();
+    return false;
+}
+
+void RunOrForget(std::unique_ptr<ServerProcess>& record) {
+    if (!record->Run())
+        record.reset();
+}

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "core/PathsSnapshot.h"
+#include "core/SwitchLine.h"
+#include "core/apache/VirtualHostFile.h"
+#include "gui/ConfigWorker.h"
+
+#include <vector>
+
+// What the Apache dialog edits: the virtual hosts and the LoadModule lines of the Apache template.
+struct ApacheConfData {
+    VirtualHostFile hosts;
+    std::vector<SwitchLine> modules; // named by module key
+};
+
+wxDECLARE_EVENT(EVT_APACHE_CONF_WORKER, wxThreadEvent);
+#define EVT_APACHE_CONF_WORKER_DONE(handler)                                                       \
+    wx__DECLARE_EVT0(EVT_APACHE_CONF_WORKER, wxThreadEventHandler(handler))
+
+// The Apache dialog's worker. "GET" reads the module lines and the virtual hosts of the template,
+// after putting httpd_initial.conf back over it when asked to restore, and hands them over as the
+// completion's ApacheConfData payload. "SAVE" switches the module lines and writes the virtual
+// hosts of its copy; a stop request does not cut a save short.
+class WorkedThreadApacheConf : public ConfigWorker {
+public:
+    WorkedThreadApacheConf(wxEvtHandler* dialog, const InstallPaths& paths, bool restore);
+    WorkedThreadApacheConf(wxEvtHandler* dialog, const InstallPaths& paths, ApacheConfData data);
+
+private:
+    void Work(wxThreadEvent& completion) override;
+    void Load(wxThreadEvent& completion);
+    void Save() const;
+
+    PathsSnapshot paths;
+    ApacheConfData data;
+    bool restore = false;
+};

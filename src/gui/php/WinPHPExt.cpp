@@ -1,0 +1,264 @@
+#include "gui/php/WinPHPExt.h"
+
+#include "core/lang/LangTable.h"
+#include "gui/DialogParts.h"
+#include "gui/LoadingControl.h"
+
+#include <wx/button.h>
+#include <wx/checklst.h>
+#include <wx/combobox.h>
+#include <wx/hyperlink.h>
+#include <wx/listbox.h>
+#include <wx/msgdlg.h>
+#include <wx/notebook.h>
+#include <wx/sizer.h>
+#include <wx/statbox.h>
+#include <wx/stattext.h>
+
+using namespace DialogParts;
+
+wxBEGIN_EVENT_TABLE(WinPHPExt, wxDialog)
+    EVT_PHP_EXT_WORKER_DONE(WinPHPExt::OnWorkerDone)
+    EVT_LISTBOX(WinPHPExt::ID_EXTENSIONS, WinPHPExt::OnExtensionSelected)
+    EVT_LISTBOX(WinPHPExt::ID_SETTINGS, WinPHPExt::OnSettingSelected)
+    EVT_COMBOBOX(WinPHPExt::ID_SETTING_VALUE, WinPHPExt::OnValueChosen)
+    EVT_BUTTON(WinPHPExt::ID_RESTORE, WinPHPExt::OnRestore)
+    EVT_HYPERLINK(wxID_ANY, WinPHPExt::OnLink)
+    EVT_BUTTON(WinPHPExt::ID_OK, WinPHPExt::OnOk)
+    EVT_BUTTON(WinPHPExt::ID_CANCEL, WinPHPExt::OnCancel)
+wxEND_EVENT_TABLE()
+
+WinPHPExt::WinPHPExt(wxWindow* parent, const InstallPaths& paths)
+    : wxDialog(parent, wxID_ANY, "PHP Extensions", wxDefaultPosition, wxDefaultSize,
+               wxDEFAULT_DIALOG_STYLE | wxRESIZE_BORDER, "dialog"),
+      paths(paths) {
+    BuildControls();
+    ApplyTexts();
+    SetEscapeId(ID_CANCEL);
+    SetBusy(GetLangText("LOAD_PHP_CONF"));
+    StartWorker(std::make_unique<WorkedThread>(this, paths, false));
+}
+
+WinPHPExt::~WinPHPExt() {
+    workers.StopAll();
+}
+
+// ---------------------------------------------------------------------------------------------
+// Controls
+
+void WinPHPExt::BuildControls() {
+    const int gap = FromDIP(8);
+    auto* notebook =
+        new wxNotebook(this, wxID_ANY, wxDefaultPosition, wxDefaultSize, 0, "notebook");
+    notebook->AddPage(BuildExtensionsPage(notebook), "PHP Extensions");
+    notebook->AddPage(BuildSettingsPage(notebook), "PHP Setting");
+    btn_RestoreConfig = Button(this, ID_RESTORE, "Restore", "btn_RestoreConfig");
+
+    auto* top = new wxBoxSizer(wxVERTICAL);
+    top->Add(notebook, 1, wxEXPAND | wxALL, gap);
+    top->Add(ClosingRow(this, wxID_ANY, ID_OK, ID_CANCEL, "btn_cancel", btn_RestoreConfig), 0,
+             wxEXPAND | wxLEFT | wxRIGHT | wxBOTTOM, gap);
+    SetSizerAndFit(top);
+    btn_OK = static_cast<wxButton*>(FindWindow(ID_OK));
+    btn_cancel = static_cast<wxButton*>(FindWindow(ID_CANCEL));
+    // Over the middle of the pages; made last, so it lies above them.
+    loading = new LoadingControl(this, wxID_ANY, GetClientSize().y / 2 - FromDIP(20));
+}
+
+wxWindow* WinPHPExt::BuildExtensionsPage(wxWindow* notebook) {
+    const int gap = FromDIP(8);
+    auto* page =
+        new wxPanel(notebook, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxTAB_TRAVERSAL, "panel");
+    wxExtList = new wxCheckListBox(page, ID_EXTENSIONS, wxDefaultPosition,
+                                   wxSize(FromDIP(220), FromDIP(340)), 0, nullptr, wxLB_SINGLE,
+                                   wxDefaultValidator, "wxExtList");
+    auto* row = new wxBoxSizer(wxHORIZONTAL);
+    row->Add(wxExtList, 0, wxEXPAND | wxALL, gap);
+    wxStaticBoxSizer* description =
+        BuildDescription(page, label_ModuleDescription, "label_ModuleDescription", link_Description,
+                         "link_Description");
+    groupBoxExtension = description->GetStaticBox();
+    row->Add(description, 1, wxEXPAND | wxTOP | wxRIGHT | wxBOTTOM, gap);
+    page->SetSizer(row);
+    return page;
+}
+
+wxWindow* WinPHPExt::BuildSettingsPage(wxWindow* notebook) {
+    const int gap = FromDIP(8);
+    auto* page =
+        new wxPanel(notebook, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxTAB_TRAVERSAL, "panel");
+    listBox =
+        new wxListBox(page, ID_SETTINGS, wxDefaultPosition, wxSize(FromDIP(220), FromDIP(340)), 0,
+                      nullptr, wxLB_SINGLE, wxDefaultValidator, "listBox");
+    text_SettingValue = Label(page, wxID_ANY, "Value : ", "text_SettingValue");
+    combo_SettingValue =
+        new wxComboBox(page, ID_SETTING_VALUE, "", wxDefaultPosition, wxSize(FromDIP(140), -1), 0,
+                       nullptr, wxCB_READONLY, wxDefaultValidator, "combo_SettingValue");
+    combo_SettingValue->Disable();
+
+    auto* value = new wxBoxSizer(wxHORIZONTAL);
+    value->Add(text_SettingValue, 0, wxALIGN_CENTER_VERTICAL | wxRIGHT, gap);
+    value->Add(combo_SettingValue);
+    auto* right = new wxBoxSizer(wxVERTICAL);
+    wxStaticBoxSizer* description =
+        BuildDescription(page, label_SettingDescription, "label_SettingDescription",
+                         link_SettingDescription, "link_SettingDescription");
+    groupBoxSetting = description->GetStaticBox();
+    right->Add(description, 1, wxEXPAND | wxBOTTOM, gap);
+    right->Add(value);
+    auto* row = new wxBoxSizer(wxHORIZONTAL);
+    row->Add(listBox, 0, wxEXPAND | wxALL, gap);
+    row->Add(right, 1, wxEXPAND | wxTOP | wxRIGHT | wxBOTTOM, gap);
+    page->SetSizer(row);
+    return page;
+}
+
+// A "groupBox" framing a description and its link.
+wxStaticBoxSizer* WinPHPExt::BuildDescription(wxWindow* page, wxStaticText*& label,
+                                              const wxString& labelName, wxHyperlinkCtrl*& link,
+                                              const wxString& linkName) {
+    const int gap = FromDIP(8);
+    auto* box = new wxStaticBox(page, wxID_ANY, "Description", wxDefaultPosition, wxDefaultSize, 0,
+                                "groupBox");
+    label = DescriptionPane(box, wxID_ANY, labelName);
+    link = new wxHyperlinkCtrl(box, wxID_ANY, "link", "", wxDefaultPosition, wxDefaultSize,
+                               wxHL_DEFAULT_STYLE, linkName);
+    UseDescriptionFont(link);
+    auto* group = new wxStaticBoxSizer(box, wxVERTICAL);
+    group->Add(PaneOf(label), 1, wxEXPAND | wxALL, gap);
+    group->Add(link, 0, wxLEFT | wxRIGHT | wxBOTTOM, gap);
+    return group;
+}
+
+void WinPHPExt::ApplyTexts() {
+    for (wxStaticBox* box : {groupBoxExtension, groupBoxSetting})
+        box->SetLabel(GetLangText("DESCRIPTION"));
+    ShowDescription(label_ModuleDescription, GetLangText("NO_DESCRIPTION"));
+    ShowDescription(label_SettingDescription, GetLangText("NO_DESCRIPTION"));
+    text_SettingValue->SetLabel(GetLangText("VALUE2"));
+    btn_RestoreConfig->SetLabel(GetLangText("RESTORE_CONFIG"));
+    btn_cancel->SetLabel(GetLangText("CANCEL"));
+    Layout();
+}
+
+// ---------------------------------------------------------------------------------------------
+// Jobs
+
+void WinPHPExt::SetBusy(const wxString& text) {
+    busy = true;
+    btn_OK->Disable();
+    btn_cancel->Disable();
+    loading->ShowText(text);
+}
+
+void WinPHPExt::ClearBusy() {
+    busy = false;
+    loading->Hide();
+    btn_OK->Enable();
+    btn_cancel->Enable();
+}
+
+void WinPHPExt::StartWorker(std::unique_ptr<ConfigWorker> worker) {
+    if (!workers.Start(std::move(worker)) && workers.IsEmpty())
+        ClearBusy();
+}
+
+void WinPHPExt::OnWorkerDone(wxThreadEvent& event) {
+    if (!workers.Knows(event.GetInt()))
+        return;
+    if (event.GetString() == WorkedThread::RESTORED) {
+        SetBusy(GetLangText("LOAD_PHP_CONF"));
+        return;
+    }
+    workers.Finish(event.GetInt());
+    if (event.GetString() == ConfigWorker::GET) {
+        data = event.GetPayload<PhpConfData>();
+        ShowLoaded();
+    }
+    if (workers.IsEmpty())
+        ClearBusy();
+    if (event.GetString() == ConfigWorker::SAVE)
+        EndDialog(wxID_OK);
+}
+
+void WinPHPExt::ShowLoaded() {
+    wxExtList->Clear();
+    for (const SwitchLine& extension : data.extensions)
+        wxExtList->Check(wxExtList->Append(extension.name), extension.enabled);
+    listBox->Clear();
+    settingRows.clear();
+    for (const auto& [directive, record] : data.settings.GetRecords()) {
+        listBox->Append(record.label);
+        settingRows.push_back(directive);
+    }
+    combo_SettingValue->Clear();
+    combo_SettingValue->Disable();
+    // Nothing is selected in the refilled lists: no description either.
+    ShowDescription(label_ModuleDescription, GetLangText("NO_DESCRIPTION"));
+    ShowDescription(label_SettingDescription, GetLangText("NO_DESCRIPTION"));
+    link_Description->SetURL("");
+    link_SettingDescription->SetURL("");
+}
+
+void WinPHPExt::OnOk(wxCommandEvent&) {
+    for (size_t i = 0; i < data.extensions.size(); ++i)
+        data.extensions[i].enabled = wxExtList->IsChecked(i);
+    SetBusy(GetLangText("SAVE_PHP_CONF"));
+    StartWorker(std::make_unique<WorkedThread>(this, paths, data));
+}
+
+void WinPHPExt::OnCancel(wxCommandEvent&) {
+    EndDialog(wxID_CANCEL);
+}
+
+// The Apache text shows while the initial file is copied back, the PHP text while it is read.
+void WinPHPExt::OnRestore(wxCommandEvent&) {
+    wxMessageDialog question(this, GetLangText("RESTORE_CONFIG_SURE"), "Kovix", wxYES_NO);
+    if (question.ShowModal() != wxID_YES)
+        return;
+    SetBusy(GetLangText("LOAD_APACHE_CONF"));
+    StartWorker(std::make_unique<WorkedThread>(this, paths, true));
+}
+
+// ---------------------------------------------------------------------------------------------
+// Selections
+
+void WinPHPExt::OnExtensionSelected(wxCommandEvent&) {
+    const int index = SelectionBelow(wxExtList, data.extensions.size());
+    if (index < 0)
+        return;
+    const wxString& name = data.extensions[index].name;
+    ShowDescription(label_ModuleDescription, catalogue.ExtensionDescription(name));
+    link_Description->SetURL(catalogue.ExtensionLink(name));
+}
+
+PHPSettingRecord* WinPHPExt::SelectedSetting() {
+    const int index = SelectionBelow(listBox, settingRows.size());
+    return index < 0 ? nullptr : data.settings.Find(settingRows[index]);
+}
+
+void WinPHPExt::OnSettingSelected(wxCommandEvent&) {
+    const PHPSettingRecord* record = SelectedSetting();
+    if (!record)
+        return;
+    ShowDescription(label_SettingDescription, record->description);
+    link_SettingDescription->SetURL(record->link);
+
+    combo_SettingValue->Clear();
+    const wxArrayString choices = record->GetValueChoices();
+    combo_SettingValue->Enable(!choices.empty());
+    for (const wxString& choice : choices) {
+        const int row = combo_SettingValue->Append(choice);
+        if (combo_SettingValue->GetSelection() == wxNOT_FOUND && record->ValueEquals(choice))
+            combo_SettingValue->SetSelection(row);
+    }
+}
+
+void WinPHPExt::OnValueChosen(wxCommandEvent&) {
+    if (PHPSettingRecord* record = SelectedSetting())
+        record->value = combo_SettingValue->GetValue();
+}
+
+void WinPHPExt::OnLink(wxHyperlinkEvent& event) {
+    OpenLink(event.GetURL());
+}

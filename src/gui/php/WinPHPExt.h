@@ -1,0 +1,95 @@
+#pragma once
+
+#include "core/InstallPaths.h"
+#include "core/apache/HelpCatalogue.h"
+#include "gui/ConfigWorkerSet.h"
+#include "gui/php/WorkedThread.h"
+
+#include <wx/dialog.h>
+
+#include <vector>
+
+class LoadingControl;
+class wxButton;
+class wxCheckListBox;
+class wxComboBox;
+class wxHyperlinkCtrl;
+class wxHyperlinkEvent;
+class wxListBox;
+class wxStaticBox;
+class wxStaticBoxSizer;
+class wxStaticText;
+
+// The PHP template editor of the current PHP version: its extensions on the first page, its
+// editable settings on the second. The template is read and written by WorkedThread jobs while
+// the loading indicator shows and OK and Cancel are locked (the pages and Restore stay usable, so
+// a restore during a load runs a second load; the lock lasts until every job has reported). The
+// dialog keeps its own copy of the data, and a job's results arrive only with its completion
+// event. OK saves and closes once the save is done; Cancel and the close box close without
+// saving, stopping and joining whatever still runs.
+class WinPHPExt : public wxDialog {
+public:
+    enum {
+        ID_OK = 1001,
+        ID_CANCEL = 1002,
+        ID_EXTENSIONS = 1003,
+        ID_SETTINGS = 1020,
+        ID_SETTING_VALUE = 1022,
+        ID_RESTORE = 1024
+    };
+
+    // Starts loading the template of the tree at once; paths must outlive the dialog.
+    WinPHPExt(wxWindow* parent, const InstallPaths& paths);
+    ~WinPHPExt() override;
+
+    // While a job reads or writes the template.
+    bool IsBusy() const { return busy; }
+
+private:
+    void BuildControls();
+    wxWindow* BuildExtensionsPage(wxWindow* notebook);
+    wxWindow* BuildSettingsPage(wxWindow* notebook);
+    wxStaticBoxSizer* BuildDescription(wxWindow* page, wxStaticText*& label,
+                                       const wxString& labelName, wxHyperlinkCtrl*& link,
+                                       const wxString& linkName);
+    void ApplyTexts();
+
+    void SetBusy(const wxString& text);
+    void ClearBusy();
+    void StartWorker(std::unique_ptr<ConfigWorker> worker);
+    void ShowLoaded();
+    PHPSettingRecord* SelectedSetting();
+
+    void OnWorkerDone(wxThreadEvent& event);
+    void OnExtensionSelected(wxCommandEvent& event);
+    void OnSettingSelected(wxCommandEvent& event);
+    void OnValueChosen(wxCommandEvent& event);
+    void OnRestore(wxCommandEvent& event);
+    void OnLink(wxHyperlinkEvent& event);
+    void OnOk(wxCommandEvent& event);
+    void OnCancel(wxCommandEvent& event);
+
+    InstallPaths paths;
+    PhpConfData data;
+    std::vector<wxString> settingRows; // directive of each row of the settings list
+    bool busy = false;
+    HelpCatalogue catalogue;
+    ConfigWorkerSet workers;
+
+    LoadingControl* loading = nullptr;
+    wxCheckListBox* wxExtList = nullptr;
+    wxStaticBox* groupBoxExtension = nullptr;
+    wxStaticText* label_ModuleDescription = nullptr;
+    wxHyperlinkCtrl* link_Description = nullptr;
+    wxListBox* listBox = nullptr;
+    wxStaticBox* groupBoxSetting = nullptr;
+    wxStaticText* label_SettingDescription = nullptr;
+    wxHyperlinkCtrl* link_SettingDescription = nullptr;
+    wxStaticText* text_SettingValue = nullptr;
+    wxComboBox* combo_SettingValue = nullptr;
+    wxButton* btn_RestoreConfig = nullptr;
+    wxButton* btn_OK = nullptr;
+    wxButton* btn_cancel = nullptr;
+
+    wxDECLARE_EVENT_TABLE();
+};
