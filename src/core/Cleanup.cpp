@@ -1,6 +1,7 @@
 #include "core/Cleanup.h"
 
 #include "core/TextFiles.h"
+#include "platform/Platform.h"
 
 #include <wx/dir.h>
 #include <wx/filefn.h>
@@ -12,8 +13,8 @@ namespace Cleanup {
 
 namespace {
 
-// Removes the files of folder matching pattern; folder + "/" + name, even when folder already
-// ends with a separator (the doubled slash is harmless).
+// Removes the files of folder matching pattern; folder + separator + name, even when folder
+// already ends with a separator (the doubled one is harmless).
 void DeleteMatching(const wxString& folder, const wxString& pattern) {
     wxLogNull quiet;
     if (!wxDir::Exists(folder))
@@ -25,7 +26,7 @@ void DeleteMatching(const wxString& folder, const wxString& pattern) {
          found = dir.GetNext(&name))
         names.push_back(name);
     for (const wxString& each : names)
-        wxRemoveFile(folder + "/" + each);
+        wxRemoveFile(folder + Platform::Get().PathSeparator() + each);
 }
 
 } // namespace

@@ -11,24 +11,36 @@
 
 #include <algorithm>
 
-// Paths are joined with "/" here already, so the folder values go into the templates as they are.
+namespace {
+
+// The servers' configuration files get folders with forward slashes on every system (Apache reads
+// a backslash as an escape in some directives).
+wxString ForwardSlashes(wxString path) {
+    const wxString separator = Platform::Get().PathSeparator();
+    if (separator != "/")
+        path.Replace(separator, "/");
+    return path;
+}
+
+} // namespace
+
 ReplacementList ConfigGenerator::ApacheReplacements() const {
     const AppSettings& settings = paths.Settings();
     const wxString moduleFile = PhpVersions::ModuleFile(paths);
-    return {{"{APACHEPATH}", paths.ApacheFolder()},
-            {"{DOCUMENTPATH}", paths.WwwFolder()},
-            {"{PHPPATH}", paths.PhpFolder()},
+    return {{"{APACHEPATH}", ForwardSlashes(paths.ApacheFolder())},
+            {"{DOCUMENTPATH}", ForwardSlashes(paths.WwwFolder())},
+            {"{PHPPATH}", ForwardSlashes(paths.PhpFolder())},
             {"{PHPAPACHE2FILE}", moduleFile},
-            {"{PHPEXTPATH}", paths.PhpExtensionFolder()},
+            {"{PHPEXTPATH}", ForwardSlashes(paths.PhpExtensionFolder())},
             {"{PHPMODULENAME}", PhpVersions::ModuleNameOf(moduleFile)},
             {"{APACHE_PORT}", settings.GetPortText()},
             {"{ONLINE_MODE}", AccessText(settings.IsOnline())}};
 }
 
 ReplacementList ConfigGenerator::MysqlReplacements() const {
-    return {{"{MYSQLPATH}", paths.MysqlFolder()},
-            {"{MYSQLBINPATH}", paths.MysqlBinFolder()},
-            {"{MYSQLDATAPATH}", paths.MysqlDataFolder()}};
+    return {{"{MYSQLPATH}", ForwardSlashes(paths.MysqlFolder())},
+            {"{MYSQLBINPATH}", ForwardSlashes(paths.MysqlBinFolder())},
+            {"{MYSQLDATAPATH}", ForwardSlashes(paths.MysqlDataFolder())}};
 }
 
 wxString ConfigGenerator::AccessText(bool online) {

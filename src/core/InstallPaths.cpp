@@ -5,91 +5,115 @@
 
 #include <wx/filename.h>
 
+namespace {
+
+// A relative path written with "/" as the suffix of a tree path: the platform's separator in front
+// and between the names.
+wxString Join(const wxString& relative) {
+    const wxString separator = Platform::Get().PathSeparator();
+    wxString suffix = separator + relative;
+    suffix.Replace("/", separator);
+    return suffix;
+}
+
+wxString Program(const wxString& relative) {
+    return Join(relative) + Platform::Get().ProgramSuffix();
+}
+
+} // namespace
+
 InstallPaths::InstallPaths(const wxString& programFolder, const AppSettings& settings)
     : programFolder(programFolder), settings(settings) {}
+
+wxString InstallPaths::ApacheProcessName() {
+    return "httpd" + Platform::Get().ProgramSuffix();
+}
+wxString InstallPaths::MysqlProcessName() {
+    return "mysqld" + Platform::Get().ProgramSuffix();
+}
 
 wxString InstallPaths::ExecutableFolder() {
     return wxFileName(Platform::Get().ExecutablePath()).GetPath();
 }
 
 wxString InstallPaths::SettingsFile() const {
-    return programFolder + "/kovix.ini";
+    return programFolder + Join("kovix.ini");
 }
 wxString InstallPaths::WwwFolder() const {
-    return programFolder + "/www";
+    return programFolder + Join("www");
 }
 wxString InstallPaths::ApacheFolder() const {
-    return programFolder + "/apache";
+    return programFolder + Join("apache");
 }
 wxString InstallPaths::PhpFolder() const {
-    return ApacheFolder() + "/" + settings.GetPhpVersion();
+    return ApacheFolder() + Platform::Get().PathSeparator() + settings.GetPhpVersion();
 }
 wxString InstallPaths::MysqlFolder() const {
-    return programFolder + "/mysql";
+    return programFolder + Join("mysql");
 }
 
 wxString InstallPaths::SessionsFolder() const {
-    return ApacheFolder() + "/sessions/";
+    return ApacheFolder() + Join("sessions/");
 }
 wxString InstallPaths::ApacheExtraFolder() const {
-    return ApacheFolder() + "/conf/extra/";
+    return ApacheFolder() + Join("conf/extra/");
 }
 wxString InstallPaths::ApacheSourceConfig() const {
-    return ApacheFolder() + "/conf/httpd_source.conf";
+    return ApacheFolder() + Join("conf/httpd_source.conf");
 }
 wxString InstallPaths::ApacheInitialConfig() const {
-    return ApacheFolder() + "/conf/httpd_initial.conf";
+    return ApacheFolder() + Join("conf/httpd_initial.conf");
 }
 wxString InstallPaths::ApacheScratchConfig() const {
-    return ApacheFolder() + "/conf/httpd_source_temp.conf";
+    return ApacheFolder() + Join("conf/httpd_source_temp.conf");
 }
 wxString InstallPaths::ApacheLiveConfig() const {
-    return ApacheFolder() + "/conf/httpd.conf";
+    return ApacheFolder() + Join("conf/httpd.conf");
 }
 wxString InstallPaths::ApacheExecutable() const {
-    return ApacheFolder() + "/bin/httpd";
+    return ApacheFolder() + Program("bin/httpd");
 }
 wxString InstallPaths::ApacheAccessLog() const {
-    return ApacheFolder() + "/logs/access.log";
+    return ApacheFolder() + Join("logs/access.log");
 }
 wxString InstallPaths::ApacheErrorLog() const {
-    return ApacheFolder() + "/logs/error.log";
+    return ApacheFolder() + Join("logs/error.log");
 }
 wxString InstallPaths::PhpLiveConfig() const {
-    return ApacheFolder() + "/php.ini";
+    return ApacheFolder() + Join("php.ini");
 }
 wxString InstallPaths::PhpSourceConfig() const {
-    return PhpFolder() + "/php_source.ini";
+    return PhpFolder() + Join("php_source.ini");
 }
 wxString InstallPaths::PhpInitialConfig() const {
-    return PhpFolder() + "/php_initial.ini";
+    return PhpFolder() + Join("php_initial.ini");
 }
 wxString InstallPaths::PhpScratchConfig() const {
-    return PhpFolder() + "/php_source_temp.ini";
+    return PhpFolder() + Join("php_source_temp.ini");
 }
 wxString InstallPaths::PhpExtensionFolder() const {
-    return PhpFolder() + "/ext";
+    return PhpFolder() + Join("ext");
 }
 wxString InstallPaths::MysqlBinFolder() const {
-    return MysqlFolder() + "/bin";
+    return MysqlFolder() + Join("bin");
 }
 wxString InstallPaths::MysqlDataFolder() const {
-    return MysqlFolder() + "/data";
+    return MysqlFolder() + Join("data");
 }
 wxString InstallPaths::MysqlSourceConfig() const {
-    return MysqlFolder() + "/my_source.ini";
+    return MysqlFolder() + Join("my_source.ini");
 }
 wxString InstallPaths::MysqlLiveConfig() const {
-    return MysqlFolder() + "/my.ini";
+    return MysqlFolder() + Join("my.ini");
 }
 wxString InstallPaths::MysqlExecutable() const {
-    return MysqlBinFolder() + "/mysqld";
+    return MysqlBinFolder() + Join("mysqld");
 }
 wxString InstallPaths::MysqlAdminTool() const {
-    return MysqlBinFolder() + "/mysqladmin";
+    return MysqlBinFolder() + Join("mysqladmin");
 }
 wxString InstallPaths::SqliteBrowser() const {
-    return programFolder + "/utils/SQLiteBrowser";
+    return programFolder + Program("utils/SQLiteBrowser");
 }
 
 wxString InstallPaths::LocalSiteUrl() const {

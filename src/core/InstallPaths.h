@@ -6,7 +6,8 @@ class AppSettings;
 
 // Every path of the stack tree and the local web addresses, derived afresh on each call from the
 // program folder and the current settings (PHP version, port), so a change takes effect at once.
-// Folders are joined with "/"; none but the sessions and extra-configuration folders end in "/".
+// Folders are joined with the platform's separator ("/" here, "\\" on Windows) and programs carry
+// its program suffix; none but the sessions and extra-configuration folders end in a separator.
 class InstallPaths {
 public:
     InstallPaths(const wxString& programFolder, const AppSettings& settings);
@@ -44,8 +45,8 @@ public:
     wxString MysqlAdminTool() const;
     wxString SqliteBrowser() const;
 
-    static wxString ApacheProcessName() { return "httpd"; }
-    static wxString MysqlProcessName() { return "mysqld"; }
+    static wxString ApacheProcessName();
+    static wxString MysqlProcessName();
 
     wxString LocalSiteUrl() const;
     wxString PhpMyAdminUrl() const;

@@ -1,6 +1,7 @@
 #include "core/PhpVersions.h"
 
 #include "core/AppSettings.h"
+#include "platform/Platform.h"
 
 #include <wx/dir.h>
 #include <wx/regex.h>
@@ -33,14 +34,14 @@ std::vector<wxString> List(const InstallPaths& paths) {
 }
 
 wxString ModuleFile(const InstallPaths& paths) {
-    std::vector<wxString> files = Entries(paths.PhpFolder(), "*apache2_4.so", wxDIR_FILES);
+    std::vector<wxString> files = Entries(paths.PhpFolder(), Platform::Get().PhpModuleWildcard(), wxDIR_FILES);
     if (files.empty())
         return wxString();
     return *std::min_element(files.begin(), files.end());
 }
 
 wxString ModuleNameOf(const wxString& moduleFile) {
-    static const wxRegEx pattern("(.*)apache2_4.so");
+    static const wxRegEx pattern(Platform::Get().PhpModuleNamePattern());
     if (moduleFile.empty() || !pattern.Matches(moduleFile))
         return wxString();
     return pattern.GetMatch(moduleFile, 1) + "_module";

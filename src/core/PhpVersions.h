@@ -14,7 +14,8 @@ class AppSettings;
 namespace PhpVersions {
 
 std::vector<wxString> List(const InstallPaths& paths);
-// The first file of the selected version's folder matching "*apache2_4.so" (names sorted), or "".
+// The first file of the selected version's folder matching the platform's module wildcard
+// ("*apache2_4.so" here; names sorted), or "".
 wxString ModuleFile(const InstallPaths& paths);
 // "phpapache2_4.so" -> "php_module"; "" when the file is empty or does not fit the pattern.
 wxString ModuleNameOf(const wxString& moduleFile);

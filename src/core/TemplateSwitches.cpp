@@ -1,6 +1,7 @@
 #include "core/TemplateSwitches.h"
 
 #include "core/TextFiles.h"
+#include "platform/Platform.h"
 
 #include <wx/regex.h>
 
@@ -98,7 +99,7 @@ wxString ExtensionFileOf(const wxString& line) {
 }
 
 wxString ExtensionNameOf(const wxString& file) {
-    thread_local const wxRegEx pattern("php_(.*).so");
+    thread_local const wxRegEx pattern(Platform::Get().PhpExtensionNamePattern());
     return pattern.Matches(file) ? pattern.GetMatch(file, 1) : wxString();
 }
 

@@ -19,7 +19,8 @@ extern const char* const PHP_MODULE_LABEL;
 std::vector<wxString> ListExtensionLines(const InstallPaths& paths);
 // FILE of an extension line; "" for any other line.
 wxString ExtensionFileOf(const wxString& line);
-// "php_gd.so" -> "gd"; "" when the file is not named "php_NAME.so".
+// "php_gd.so" -> "gd" (the platform's extension pattern; "php_gd.dll" on Windows); "" when the
+// file does not fit it.
 wxString ExtensionNameOf(const wxString& file);
 bool IsExtensionLineEnabled(const wxString& line);
 wxString MakeExtensionLine(const wxString& line, bool enabled);

@@ -1,8 +1,11 @@
 #include "core/TextFiles.h"
 
+#include "platform/Platform.h"
+
 #include <wx/convauto.h>
 #include <wx/ffile.h>
 #include <wx/filefn.h>
+#include <wx/wxcrt.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -67,7 +70,7 @@ void RemoveScratch(const wxString& scratch) {
 }
 
 bool WriteBytes(const wxString& path, const void* data, size_t size) {
-    std::FILE* file = std::fopen(path.fn_str(), "wb");
+    std::FILE* file = wxFopen(path, "wb");
     if (!file)
         return false;
     bool written = std::fwrite(data, 1, size, file) == size;
@@ -76,8 +79,7 @@ bool WriteBytes(const wxString& path, const void* data, size_t size) {
 }
 
 bool ReplaceWith(const wxString& scratch, const wxString& path) {
-    // rename(2) replaces the target atomically; the old file stays until the new one is whole.
-    if (std::rename(scratch.fn_str(), path.fn_str()) == 0)
+    if (Platform::Get().ReplaceFile(scratch, path))
         return true;
     RemoveScratch(scratch);
     return false;

@@ -640,7 +640,7 @@ wxString WinKovix::MysqlErrorFile() const {
     const wxString folder = paths.MysqlDataFolder();
     if (!wxDir::Exists(folder) || !dir.Open(folder) || !dir.GetFirst(&name, "*.err", wxDIR_FILES))
         return wxString();
-    return folder + "/" + name;
+    return folder + Platform::Get().PathSeparator() + name;
 }
 
 void WinKovix::ShowFile(const wxString& path) {

@@ -2,6 +2,7 @@
 
 #include "core/AppSettings.h"
 #include "core/lang/LangTable.h"
+#include "platform/Platform.h"
 
 #include <wx/button.h>
 #include <wx/checkbox.h>
@@ -23,8 +24,6 @@ wxEND_EVENT_TABLE()
 namespace {
 
 const int GAP = 5;
-// Programs here carry no extension, so the editor may be any file.
-const char* const EDITOR_FILTER = "Application (*)|*";
 
 } // namespace
 
@@ -108,7 +107,7 @@ void WinPrefs::ApplyTexts() {
 }
 
 void WinPrefs::OnSelectEditor(wxCommandEvent&) {
-    wxFileDialog dialog(this, GetLangText("PREF_TEXT_EDITOR_SELECT_MESSAGE"), "", "", EDITOR_FILTER,
+    wxFileDialog dialog(this, GetLangText("PREF_TEXT_EDITOR_SELECT_MESSAGE"), "", "", Platform::Get().ProgramFileFilter(),
                         wxFD_OPEN, wxDefaultPosition, wxDefaultSize, "filedlg");
     dialog.SetName("filedlg"); // GTK's file dialog ignores the name it is given
     if (dialog.ShowModal() == wxID_OK)

@@ -48,6 +48,20 @@ public:
     // Separator between PATH entries (":" here, ";" on Windows).
     virtual wxString PathListSeparator() = 0;
 
+    // Names in the stack tree.
+    // Separator the tree's paths are joined with ("/" here, "\\" on Windows).
+    virtual wxString PathSeparator() = 0;
+    // Ending of program files ("" here, ".exe" on Windows): "httpd" + it is Apache's file name.
+    virtual wxString ProgramSuffix() = 0;
+    // Wildcard of a PHP version's Apache module file, and the regular expression whose first
+    // group, followed by "_module", is the module's name in LoadModule.
+    virtual wxString PhpModuleWildcard() = 0;
+    virtual wxString PhpModuleNamePattern() = 0;
+    // Regular expression whose first group is the extension name of an extension file.
+    virtual wxString PhpExtensionNamePattern() = 0;
+    // File-dialog filter for choosing a program ("Label|wildcard").
+    virtual wxString ProgramFileFilter() = 0;
+
     // Processes.
     virtual std::unique_ptr<ChildProcess> StartHidden(const ChildSpec& launch) = 0;
     // For each name, the live processes whose executable name equals it, ignoring case; one pass
@@ -73,6 +87,9 @@ public:
     // Files.
     // Last modification time of path in milliseconds since the epoch; false when it cannot be read.
     virtual bool FileModificationTime(const wxString& path, std::int64_t& milliseconds) = 0;
+    // Puts the file from in the place of to in one step: a reader sees the old or the new file,
+    // never none. False (both left as they are) when the system refuses.
+    virtual bool ReplaceFile(const wxString& from, const wxString& to) = 0;
 
     // Desktop.
     virtual bool OpenUrl(const wxString& url) = 0;

@@ -3,6 +3,7 @@
 #include <wx/stdpaths.h>
 #include <wx/utils.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <string>
 #include <sys/stat.h>
@@ -41,6 +42,31 @@ wxString PosixPlatform::PathListSeparator() {
     return ":";
 }
 
+wxString PosixPlatform::PathSeparator() {
+    return "/";
+}
+
+wxString PosixPlatform::ProgramSuffix() {
+    return wxString();
+}
+
+// The tree links Debian's Apache 2.4 module as "phpapache2_4.so" (module "php_module").
+wxString PosixPlatform::PhpModuleWildcard() {
+    return "*apache2_4.so";
+}
+
+wxString PosixPlatform::PhpModuleNamePattern() {
+    return "(.*)apache2_4.so";
+}
+
+wxString PosixPlatform::PhpExtensionNamePattern() {
+    return "php_(.*).so";
+}
+
+wxString PosixPlatform::ProgramFileFilter() {
+    return "Application (*)|*";
+}
+
 // stat's nanosecond field: wxFileName only reports whole seconds here.
 bool PosixPlatform::FileModificationTime(const wxString& path, std::int64_t& milliseconds) {
     struct stat status;
@@ -49,6 +75,11 @@ bool PosixPlatform::FileModificationTime(const wxString& path, std::int64_t& mil
     milliseconds =
         static_cast<std::int64_t>(status.st_mtim.tv_sec) * 1000 + status.st_mtim.tv_nsec / 1000000;
     return true;
+}
+
+// rename(2) replaces the target atomically; the old file stays until the new one is whole.
+bool PosixPlatform::ReplaceFile(const wxString& from, const wxString& to) {
+    return std::rename(from.fn_str(), to.fn_str()) == 0;
 }
 
 namespace {

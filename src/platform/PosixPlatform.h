@@ -12,6 +12,13 @@ public:
     wxString DefaultTextEditor() override;
     wxString PathListSeparator() override;
 
+    wxString PathSeparator() override;
+    wxString ProgramSuffix() override;
+    wxString PhpModuleWildcard() override;
+    wxString PhpModuleNamePattern() override;
+    wxString PhpExtensionNamePattern() override;
+    wxString ProgramFileFilter() override;
+
     std::unique_ptr<ChildProcess> StartHidden(const ChildSpec& launch) override;
     std::vector<std::vector<long>>
     FindProcessesByNames(const std::vector<wxString>& names) override;
@@ -24,6 +31,7 @@ public:
     wxString DescribePortHolder(int port) override;
 
     bool FileModificationTime(const wxString& path, std::int64_t& milliseconds) override;
+    bool ReplaceFile(const wxString& from, const wxString& to) override;
 
     bool OpenUrl(const wxString& url) override;
     bool OpenFolder(const wxString& folder) override;
