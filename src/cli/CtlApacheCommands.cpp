@@ -163,6 +163,20 @@ void PrintHosts(CtlContext& context, const std::vector<VirtualHostRecord>& hosts
     context.PrintTable(rows);
 }
 
+void PrintCatalogueEntry(CtlContext& context, const wxString& description, const wxString& link) {
+    if (context.json) {
+        context.PrintJson({{"description", Utf8(description)}, {"link", Utf8(link)}});
+        return;
+    }
+    context.Print(wxString(description).Trim(true).Trim(false));
+    if (!link.empty())
+        context.Print(link);
+}
+
+} // namespace
+
+namespace CtlCommands {
+
 void VirtualHosts(CtlContext& context) {
     context.ExpectArgCount(0, 0);
     const VirtualHostFile file = LoadTemplate(context);
@@ -186,16 +200,6 @@ void ImportVirtualHosts(CtlContext& context) {
         throw CtlFailure("cannot rewrite " + file.path);
 }
 
-void PrintCatalogueEntry(CtlContext& context, const wxString& description, const wxString& link) {
-    if (context.json) {
-        context.PrintJson({{"description", Utf8(description)}, {"link", Utf8(link)}});
-        return;
-    }
-    context.Print(wxString(description).Trim(true).Trim(false));
-    if (!link.empty())
-        context.Print(link);
-}
-
 void CatalogueModule(CtlContext& context) {
     context.ExpectArgCount(1, 1);
     const VirtualHostFile file;
@@ -210,10 +214,4 @@ void CatalogueExtension(CtlContext& context) {
                         file.ExtensionLink(context.Arg(0)));
 }
 
-const CtlRegistrar vhosts({"apache", "vhosts"}, "[--json]", VirtualHosts);
-const CtlRegistrar importVhosts({"apache", "vhosts", "import"}, "FILE|-", ImportVirtualHosts);
-const CtlRegistrar catalogueModule({"catalogue", "module"}, "NAME [--json]", CatalogueModule);
-const CtlRegistrar catalogueExtension({"catalogue", "extension"}, "NAME [--json]",
-                                      CatalogueExtension);
-
-} // namespace
+} // namespace CtlCommands

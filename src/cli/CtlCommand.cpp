@@ -8,26 +8,15 @@
 
 namespace {
 
-struct RegisteredCommand {
-    std::vector<wxString> words;
-    const char* usage;
-    CtlHandler handler;
-};
-
-std::vector<RegisteredCommand>& Commands() {
-    static std::vector<RegisteredCommand> commands;
-    return commands;
-}
-
 bool StartsWithWords(const std::vector<wxString>& arguments, const std::vector<wxString>& words) {
     return arguments.size() >= words.size() &&
            std::equal(words.begin(), words.end(), arguments.begin());
 }
 
-// The registered command whose words are the longest prefix of the arguments.
-const RegisteredCommand* FindCommand(const std::vector<wxString>& arguments) {
-    const RegisteredCommand* best = nullptr;
-    for (const RegisteredCommand& command : Commands())
+// The command whose words are the longest prefix of the arguments.
+const CtlCommandSpec* FindCommand(const std::vector<wxString>& arguments) {
+    const CtlCommandSpec* best = nullptr;
+    for (const CtlCommandSpec& command : CtlCommandTable())
         if (StartsWithWords(arguments, command.words) &&
             (!best || command.words.size() > best->words.size()))
             best = &command;
@@ -36,7 +25,7 @@ const RegisteredCommand* FindCommand(const std::vector<wxString>& arguments) {
 
 void PrintUsage(std::ostream& err) {
     std::vector<std::string> lines;
-    for (const RegisteredCommand& command : Commands()) {
+    for (const CtlCommandSpec& command : CtlCommandTable()) {
         std::string line = "  ";
         for (const wxString& word : command.words)
             line += Utf8(word) + " ";
@@ -75,7 +64,7 @@ Invocation ParseOptions(const std::vector<wxString>& arguments) {
 }
 
 int Execute(const Invocation& invocation, std::ostream& out, std::ostream& err) {
-    const RegisteredCommand* command = FindCommand(invocation.words);
+    const CtlCommandSpec* command = FindCommand(invocation.words);
     if (!command)
         throw CtlUsageError("unknown command " + Utf8(invocation.words.front()));
     const wxString root =
@@ -98,10 +87,6 @@ int Execute(const Invocation& invocation, std::ostream& out, std::ostream& err) 
 }
 
 } // namespace
-
-CtlRegistrar::CtlRegistrar(std::vector<wxString> words, const char* usage, CtlHandler handler) {
-    Commands().push_back({std::move(words), usage, std::move(handler)});
-}
 
 CtlContext::CtlContext(const wxString& programFolder, std::ostream& out, std::ostream& err)
     : paths(programFolder, settings), out(out), err(err) {

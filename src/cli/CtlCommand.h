@@ -6,7 +6,6 @@
 #include <nlohmann/json.hpp>
 #include <wx/string.h>
 
-#include <functional>
 #include <iosfwd>
 #include <stdexcept>
 #include <vector>
@@ -55,12 +54,21 @@ private:
     AppSettings loadedSettings;
 };
 
-using CtlHandler = std::function<void(CtlContext&)>;
+using CtlHandler = void (*)(CtlContext&);
 
-// Registers a command under its words (e.g. {"php", "ext"}) at static-initialisation time.
-struct CtlRegistrar {
-    CtlRegistrar(std::vector<wxString> words, const char* usage, CtlHandler handler);
+// Whether a command only reads the tree, or may write to it or start and stop its servers.
+enum class CtlAccess { Reads, Changes };
+
+// One command: the words that name it (e.g. {"php", "ext"}), the usage shown after them.
+struct CtlCommandSpec {
+    std::vector<wxString> words;
+    const char* usage;
+    CtlHandler handler;
+    CtlAccess access;
 };
+
+// Every command kovixctl knows (CtlCommandTable.cpp).
+const std::vector<CtlCommandSpec>& CtlCommandTable();
 
 // Runs kovixctl with its arguments (without the program name); returns the exit code.
 int RunKovixCtl(const std::vector<wxString>& arguments, std::ostream& out, std::ostream& err);

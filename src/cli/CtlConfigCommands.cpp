@@ -18,6 +18,63 @@ void PrintJson(CtlContext& context, const Json& document) {
     context.Print(FromUtf8(document.dump()));
 }
 
+// What the two switch commands differ in: which lines, how a name selects one, how it is made.
+struct SwitchFacility {
+    const char* what;
+    std::vector<wxString> (*list)(const InstallPaths&);
+    bool (*selects)(const wxString& line, const wxString& name);
+    wxString (*make)(const wxString& line, bool enabled);
+    bool (*write)(const InstallPaths&, const std::vector<wxString>&);
+    wxString (*source)(const InstallPaths&);
+};
+
+bool ExtensionSelected(const wxString& line, const wxString& name) {
+    const wxString file = ExtensionFileOf(line);
+    return !file.empty() && (file == name || ExtensionNameOf(file) == name);
+}
+
+bool ModuleSelected(const wxString& line, const wxString& key) {
+    return !key.empty() && ModuleKeyOf(line) == key;
+}
+
+const SwitchFacility extensions{
+    "extension",         ListExtensionLines,
+    ExtensionSelected,   MakeExtensionLine,
+    WriteExtensionLines, [](const InstallPaths& paths) { return paths.PhpSourceConfig(); }};
+const SwitchFacility modules{
+    "module",         ListModuleLines,
+    ModuleSelected,   MakeModuleLine,
+    WriteModuleLines, [](const InstallPaths& paths) { return paths.ApacheSourceConfig(); }};
+
+// Every named line is switched or nothing is: an unknown name is refused before writing, and a
+// template already in the asked state is not rewritten (its time stamp would restart servers).
+void Switch(CtlContext& context, const SwitchFacility& facility, bool enabled) {
+    if (context.args.empty())
+        throw CtlUsageError("name at least one " + std::string(facility.what));
+    PhpVersions::SelectFirstIfUnset(context.settings, context.paths);
+    const std::vector<wxString> lines = facility.list(context.paths);
+    std::vector<wxString> entries;
+    bool changes = false;
+    for (const wxString& name : context.args) {
+        bool found = false;
+        for (const wxString& line : lines)
+            if (facility.selects(line, name)) {
+                entries.push_back(facility.make(line, enabled));
+                changes = changes || entries.back() != line;
+                found = true;
+            }
+        if (!found)
+            throw CtlFailure(wxString("no ") + facility.what + " line matches " + name + " in " +
+                             facility.source(context.paths));
+    }
+    if (changes && !facility.write(context.paths, entries))
+        throw CtlFailure("cannot write " + facility.source(context.paths));
+}
+
+} // namespace
+
+namespace CtlCommands {
+
 void Generate(CtlContext& context) {
     context.ExpectArgCount(0, 0);
     ConfigGenerator::ApplyStartupDefaults(context.settings, context.paths);
@@ -90,71 +147,20 @@ void ApacheModuleList(CtlContext& context) {
         context.PrintTable(rows);
 }
 
-// What the two switch commands differ in: which lines, how a name selects one, how it is made.
-struct SwitchFacility {
-    const char* what;
-    std::vector<wxString> (*list)(const InstallPaths&);
-    bool (*selects)(const wxString& line, const wxString& name);
-    wxString (*make)(const wxString& line, bool enabled);
-    bool (*write)(const InstallPaths&, const std::vector<wxString>&);
-    wxString (*source)(const InstallPaths&);
-};
-
-bool ExtensionSelected(const wxString& line, const wxString& name) {
-    const wxString file = ExtensionFileOf(line);
-    return !file.empty() && (file == name || ExtensionNameOf(file) == name);
+void PhpExtEnable(CtlContext& context) {
+    Switch(context, extensions, true);
 }
 
-bool ModuleSelected(const wxString& line, const wxString& key) {
-    return !key.empty() && ModuleKeyOf(line) == key;
+void PhpExtDisable(CtlContext& context) {
+    Switch(context, extensions, false);
 }
 
-const SwitchFacility extensions{
-    "extension",         ListExtensionLines,
-    ExtensionSelected,   MakeExtensionLine,
-    WriteExtensionLines, [](const InstallPaths& paths) { return paths.PhpSourceConfig(); }};
-const SwitchFacility modules{
-    "module",         ListModuleLines,
-    ModuleSelected,   MakeModuleLine,
-    WriteModuleLines, [](const InstallPaths& paths) { return paths.ApacheSourceConfig(); }};
-
-// Every named line is switched or nothing is: an unknown name is refused before writing, and a
-// template already in the asked state is not rewritten (its time stamp would restart servers).
-void Switch(CtlContext& context, const SwitchFacility& facility, bool enabled) {
-    if (context.args.empty())
-        throw CtlUsageError("name at least one " + std::string(facility.what));
-    PhpVersions::SelectFirstIfUnset(context.settings, context.paths);
-    const std::vector<wxString> lines = facility.list(context.paths);
-    std::vector<wxString> entries;
-    bool changes = false;
-    for (const wxString& name : context.args) {
-        bool found = false;
-        for (const wxString& line : lines)
-            if (facility.selects(line, name)) {
-                entries.push_back(facility.make(line, enabled));
-                changes = changes || entries.back() != line;
-                found = true;
-            }
-        if (!found)
-            throw CtlFailure(wxString("no ") + facility.what + " line matches " + name + " in " +
-                             facility.source(context.paths));
-    }
-    if (changes && !facility.write(context.paths, entries))
-        throw CtlFailure("cannot write " + facility.source(context.paths));
+void ApacheModuleEnable(CtlContext& context) {
+    Switch(context, modules, true);
 }
 
-const CtlRegistrar generate({"generate"}, "", Generate);
-const CtlRegistrar phpVersions({"php", "versions"}, "[--json]", PhpVersionList);
-const CtlRegistrar phpUse({"php", "use"}, "VERSION", PhpUse);
-const CtlRegistrar phpExt({"php", "ext"}, "[--json]", PhpExtensionList);
-const CtlRegistrar phpExtEnable({"php", "ext", "enable"}, "NAME...",
-                                [](CtlContext& c) { Switch(c, extensions, true); });
-const CtlRegistrar phpExtDisable({"php", "ext", "disable"}, "NAME...",
-                                 [](CtlContext& c) { Switch(c, extensions, false); });
-const CtlRegistrar apacheModules({"apache", "modules"}, "[--json]", ApacheModuleList);
-const CtlRegistrar apacheModuleEnable({"apache", "module", "enable"}, "KEY...",
-                                      [](CtlContext& c) { Switch(c, modules, true); });
-const CtlRegistrar apacheModuleDisable({"apache", "module", "disable"}, "KEY...",
-                                       [](CtlContext& c) { Switch(c, modules, false); });
+void ApacheModuleDisable(CtlContext& context) {
+    Switch(context, modules, false);
+}
 
-} // namespace
+} // namespace CtlCommands

@@ -3,9 +3,9 @@
 #include "core/PhpVersions.h"
 #include "core/php/PHPControlConfig.h"
 
-namespace {
+namespace CtlCommands {
 
-void Settings(CtlContext& context) {
+void PhpSettings(CtlContext& context) {
     context.ExpectArgCount(0, 0);
     PhpVersions::SelectFirstIfUnset(context.settings, context.paths);
     const PHPControlConfig table(context.paths);
@@ -34,7 +34,7 @@ wxString ChoiceNamed(const PHPSettingRecord& record, const wxString& text) {
     throw CtlUsageError(Utf8(record.directive + " takes " + wxJoin(choices, '|')));
 }
 
-void Set(CtlContext& context) {
+void PhpSet(CtlContext& context) {
     context.ExpectArgCount(2, 2);
     PhpVersions::SelectFirstIfUnset(context.settings, context.paths);
     PHPControlConfig table(context.paths);
@@ -51,7 +51,4 @@ void Set(CtlContext& context) {
         throw CtlFailure("cannot write " + table.GetPath());
 }
 
-const CtlRegistrar settings({"php", "settings"}, "[--json]", Settings);
-const CtlRegistrar set({"php", "set"}, "DIRECTIVE On|Off", Set);
-
-} // namespace
+} // namespace CtlCommands

@@ -115,6 +115,10 @@ private:
     wxFileOffset start;
 };
 
+} // namespace
+
+namespace CtlCommands {
+
 void Status(CtlContext& context) {
     context.ExpectArgCount(0, 0);
     ApacheServer apache(context.paths);
@@ -215,10 +219,4 @@ void Restore(CtlContext& context) {
         throw CtlUsageError("restore apache|php");
 }
 
-const CtlRegistrar status({"status"}, "[--json]", Status);
-const CtlRegistrar start({"start"}, "[all|apache|mysql]", Start);
-const CtlRegistrar stop({"stop"}, "[all|apache|mysql]", Stop);
-const CtlRegistrar clean({"clean"}, "apache-logs|mysql-logs|sessions|all", Clean);
-const CtlRegistrar restore({"restore"}, "apache|php", Restore);
-
-} // namespace
+} // namespace CtlCommands

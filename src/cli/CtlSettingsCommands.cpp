@@ -2,7 +2,7 @@
 #include "cli/CtlCommand.h"
 #include "core/lang/LangTable.h"
 
-namespace {
+namespace CtlCommands {
 
 void Port(CtlContext& context) {
     context.ExpectArgCount(0, 1);
@@ -38,7 +38,7 @@ void Lang(CtlContext& context) {
     const wxString& code = context.Arg(0);
     if (code != "en" && code != "fr")
         throw CtlUsageError("the language is en or fr");
-    SetLangIndex(code == "en" ? 0 : 1);
+    context.settings.SetLanguage(SetLangIndex(code == "en" ? 0 : 1));
     context.SettingsChanged();
 }
 
@@ -60,10 +60,4 @@ void Url(CtlContext& context) {
         throw CtlUsageError("url site|phpmyadmin|phpinfo");
 }
 
-const CtlRegistrar port({"port"}, "[N]", Port);
-const CtlRegistrar mode({"mode"}, "[online|offline]", Mode);
-const CtlRegistrar lang({"lang"}, "[en|fr]", Lang);
-const CtlRegistrar text({"text"}, "KEY", Text);
-const CtlRegistrar url({"url"}, "site|phpmyadmin|phpinfo", Url);
-
-} // namespace
+} // namespace CtlCommands

@@ -9,22 +9,12 @@
 
 namespace {
 
-AppSettings* instance = nullptr;
-
 const wxRegEx& LinePattern() {
     static const wxRegEx pattern("([^ ]*)[ \t]*=[ \t]*\"([^\"]*)\"", wxRE_EXTENDED);
     return pattern;
 }
 
 } // namespace
-
-AppSettings* AppSettings::Instance() {
-    return instance;
-}
-
-void AppSettings::SetInstance(AppSettings* settings) {
-    instance = settings;
-}
 
 void AppSettings::Load(const wxString& path) {
     wxString text;
@@ -88,11 +78,6 @@ int AppSettings::GetPort() const {
 
 void AppSettings::SetPort(int port) {
     SetString(APACHE_PORT, wxString::Format("%i", port));
-}
-
-void AppSettings::SetLanguageIndex(int index, const wxString& currentCode) {
-    static const char* const codes[] = {"en", "fr"};
-    SetString(CURRENT_LANG, index == 0 || index == 1 ? wxString(codes[index]) : currentCode);
 }
 
 wxString AppSettings::GetTextEditor() const {

@@ -5,8 +5,8 @@
 #include <map>
 
 // The panel's settings: an ordered key/value store loaded from and saved to kovix.ini, with the
-// typed accessors and defaults of every known key. One instance is process-wide (Instance()), but
-// tests and tools may make their own.
+// typed accessors and defaults of every known key. Whoever loads it owns it: nothing reaches it
+// through a global.
 class AppSettings {
 public:
     static constexpr const char* PHP_CURRENT_VERSION = "PHP_CURRENT_VERSION";
@@ -18,9 +18,6 @@ public:
     static constexpr const char* START_ON_START = "START_ON_START";
     // The missing R is how existing settings files spell it.
     static constexpr const char* AUTO_RESTAT_CONFIG_CHANGED = "AUTO_RESTAT_CONFIG_CHANGED";
-
-    static AppSettings* Instance();
-    static void SetInstance(AppSettings* settings);
 
     // Reads key = "value" lines; a missing file leaves the store as it is.
     void Load(const wxString& path);
@@ -43,8 +40,7 @@ public:
     void SetPort(int port);
     void SetPortText(const wxString& port) { SetString(APACHE_PORT, port); }
     wxString GetLanguage() const { return GetString(CURRENT_LANG); }
-    // 0 -> "en", 1 -> "fr"; any other index stores currentCode unchanged.
-    void SetLanguageIndex(int index, const wxString& currentCode);
+    void SetLanguage(const wxString& code) { SetString(CURRENT_LANG, code); }
     wxString GetTextEditor() const;
     void SetTextEditor(const wxString& editor) { SetString(TEXT_EDITOR, editor); }
     bool GetStartInTray() const { return GetBool(START_SYSTRAY_MODE, false); }

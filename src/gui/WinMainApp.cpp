@@ -15,7 +15,6 @@ bool WinMainApp::OnInit() {
     TextFiles::InitEncoding();
     const wxString programFolder = InstallPaths::ExecutableFolder();
     settings = std::make_unique<AppSettings>();
-    AppSettings::SetInstance(settings.get());
     settingsFile = InstallPaths(programFolder, *settings).SettingsFile();
     settings->Load(settingsFile);
     InitLangTable(*settings);
@@ -36,7 +35,6 @@ int WinMainApp::OnExit() {
     instanceChecker.reset();
     if (settings)
         settings->Save(settingsFile);
-    AppSettings::SetInstance(nullptr);
     settings.reset();
     return wxApp::OnExit();
 }

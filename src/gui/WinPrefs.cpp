@@ -115,7 +115,7 @@ void WinPrefs::OnSelectEditor(wxCommandEvent&) {
 }
 
 void WinPrefs::OnLanguage(wxCommandEvent&) {
-    SetLangIndex(combo_Lang->GetSelection());
+    settings.SetLanguage(SetLangIndex(combo_Lang->GetSelection()));
     ApplyTexts();
 }
 

@@ -34,7 +34,7 @@ TEST(LangTable, UnknownStoredCodeShowsEnglishAndIsKeptUntilChosen) {
     InitLangTable(settings, "fr");
     EXPECT_EQ(GetLangText("CANCEL"), "Cancel");
     EXPECT_EQ(settings.GetLanguage(), "es");
-    SetLangIndex(5);
+    settings.SetLanguage(SetLangIndex(5));
     EXPECT_EQ(GetCurrentLangCode() + settings.GetLanguage(), "enen")
         << "an out-of-range index still stores the code";
 }

@@ -21,7 +21,6 @@ using TextMap = std::map<wxString, wxString>;
 
 std::map<wxString, TextMap> table;
 wxString currentCode;
-AppSettings* settingsStore = nullptr;
 
 TextMap BuildTextMap(const wchar_t* LangRow::*column) {
     TextMap texts;
@@ -32,12 +31,11 @@ TextMap BuildTextMap(const wchar_t* LangRow::*column) {
 
 } // namespace
 
-void InitLangTable(AppSettings& settings) {
+void InitLangTable(const AppSettings& settings) {
     InitLangTable(settings, Platform::Get().DefaultUiLanguage());
 }
 
-void InitLangTable(AppSettings& settings, const wxString& systemLanguage) {
-    settingsStore = &settings;
+void InitLangTable(const AppSettings& settings, const wxString& systemLanguage) {
     table["en"] = BuildTextMap(&LangRow::english);
     table["fr"] = BuildTextMap(&LangRow::french);
     wxString code = settings.GetLanguage();
@@ -68,13 +66,12 @@ wxArrayString GetLangList() {
     return names;
 }
 
-void SetLangIndex(int index) {
+wxString SetLangIndex(int index) {
     if (index == 0)
         currentCode = "en";
     else if (index == 1)
         currentCode = "fr";
-    if (settingsStore)
-        settingsStore->SetLanguageIndex(index, currentCode);
+    return currentCode;
 }
 
 int GetLangIndex() {

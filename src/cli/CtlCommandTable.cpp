@@ -1,0 +1,40 @@
+// Every kovixctl command in one table: its words, its usage line, its handler and whether it may
+// change the tree. A new command is one row here and its handler in a Ctl*Commands.cpp file.
+#include "cli/CtlCommands.h"
+
+using namespace CtlCommands;
+
+const std::vector<CtlCommandSpec>& CtlCommandTable() {
+    const CtlAccess reads = CtlAccess::Reads, changes = CtlAccess::Changes;
+    static const std::vector<CtlCommandSpec> table{
+        {{"status"}, "[--json]", Status, reads},
+        {{"start"}, "[all|apache|mysql]", Start, changes},
+        {{"stop"}, "[all|apache|mysql]", Stop, changes},
+        {{"clean"}, "apache-logs|mysql-logs|sessions|all", Clean, changes},
+        {{"restore"}, "apache|php", Restore, changes},
+
+        {{"port"}, "[N]", Port, changes},
+        {{"mode"}, "[online|offline]", Mode, changes},
+        {{"lang"}, "[en|fr]", Lang, changes},
+        {{"text"}, "KEY", Text, reads},
+        {{"url"}, "site|phpmyadmin|phpinfo", Url, reads},
+
+        {{"generate"}, "", Generate, changes},
+        {{"php", "versions"}, "[--json]", PhpVersionList, reads},
+        {{"php", "use"}, "VERSION", PhpUse, changes},
+        {{"php", "ext"}, "[--json]", PhpExtensionList, reads},
+        {{"php", "ext", "enable"}, "NAME...", PhpExtEnable, changes},
+        {{"php", "ext", "disable"}, "NAME...", PhpExtDisable, changes},
+        {{"php", "settings"}, "[--json]", PhpSettings, reads},
+        {{"php", "set"}, "DIRECTIVE On|Off", PhpSet, changes},
+        {{"apache", "modules"}, "[--json]", ApacheModuleList, reads},
+        {{"apache", "module", "enable"}, "KEY...", ApacheModuleEnable, changes},
+        {{"apache", "module", "disable"}, "KEY...", ApacheModuleDisable, changes},
+        {{"apache", "vhosts"}, "[--json]", VirtualHosts, reads},
+        {{"apache", "vhosts", "import"}, "FILE|-", ImportVirtualHosts, changes},
+
+        {{"catalogue", "module"}, "NAME [--json]", CatalogueModule, reads},
+        {{"catalogue", "extension"}, "NAME [--json]", CatalogueExtension, reads},
+    };
+    return table;
+}
