@@ -10,9 +10,10 @@
 # (fr): main-LANG-stopped.png, main-LANG-running.png, stats-LANG.png and prefs-LANG.png. Every
 # server it starts is stopped again. ConfigDialogScreenshotTest adds the Apache and PHP
 # configuration dialogs in English, both pages each: apache-hosts-en.png, apache-modules-en.png,
-# php-extensions-en.png and php-settings-en.png. Without OUT_DIR the pictures go to
-# docs/screenshots/, and the English running main window and the Apache dialog's virtual-host page
-# are copied to docs/screenshot-main.png and docs/apache-dialog.png for the README.
+# php-extensions-en.png and php-settings-en.png, and the sites dialog: sites-en.png. Without
+# OUT_DIR the pictures go to docs/screenshots/, and the English running main window, the Apache
+# dialog's virtual-host page and the sites dialog are copied to docs/screenshot-main.png,
+# docs/apache-dialog.png and docs/sites-dialog.png for the README.
 #
 set -euo pipefail
 
@@ -36,5 +37,6 @@ KOVIX_SCREENSHOTS_DIR="$out" xvfb-run -a -s "-screen 0 1280x1024x24" \
 if [ -z "${1:-}" ]; then
     cp "$out/main-en-running.png" "$here/docs/screenshot-main.png"
     cp "$out/apache-hosts-en.png" "$here/docs/apache-dialog.png"
+    cp "$out/sites-en.png" "$here/docs/sites-dialog.png"
 fi
 echo "Screenshots in $out"

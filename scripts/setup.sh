@@ -14,6 +14,8 @@ packages=(
     apache2 libapache2-mod-php8.2 php8.2-cli php8.2-mysql php8.2-sqlite3 php8.2-mbstring
     php8.2-xml php8.2-curl php8.2-gd php8.2-zip php8.2-intl php8.2-bcmath
     mariadb-server mariadb-client phpmyadmin sqlitebrowser
+    # local HTTPS: the certificate authority, and adding it to the browsers' NSS databases
+    mkcert libnss3-tools openssl
     # running and testing the window without a desktop
     xvfb xauth x11-utils imagemagick fonts-dejavu-core shared-mime-info xdg-utils curl procps
 )

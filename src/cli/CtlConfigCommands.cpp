@@ -79,7 +79,9 @@ void Generate(CtlContext& context) {
     context.ExpectArgCount(0, 0);
     ConfigGenerator::ApplyStartupDefaults(context.settings, context.paths);
     const ConfigGenerator generator(context.paths);
-    generator.GenerateApache();
+    const wxString problems = generator.GenerateApache();
+    if (!problems.empty())
+        context.PrintError(wxString(problems).Trim());
     generator.GenerateMysql();
 }
 

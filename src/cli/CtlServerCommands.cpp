@@ -162,8 +162,13 @@ void Start(CtlContext& context) {
         throw CtlFailure(PortCheck::PortHolderLine(port));
     }
     const MysqlLogTail mysqlLog(mysql);
-    if (which.apache)
+    if (which.apache) {
         apache.Start();
+        // What generation left out (a skipped site, HTTPS): Apache starts without it.
+        const wxString problems = apache.ReadOutput();
+        if (!problems.empty())
+            context.PrintError(wxString(problems).Trim());
+    }
     if (which.mysql)
         mysql.Start();
     if (which.apache)

@@ -76,6 +76,13 @@ int AppSettings::GetPort() const {
     return ParseDecimal(GetString(APACHE_PORT), port) ? static_cast<int>(port) : 80;
 }
 
+int AppSettings::GetHttpsPort() const {
+    long port = 0;
+    if (ParseDecimal(GetString(HTTPS_PORT), port))
+        return static_cast<int>(port);
+    return Platform::Get().MayListenOn(443) ? 443 : 8443;
+}
+
 void AppSettings::SetPort(int port) {
     SetString(APACHE_PORT, wxString::Format("%i", port));
 }

@@ -18,6 +18,9 @@ public:
     static constexpr const char* START_ON_START = "START_ON_START";
     // The missing R is how existing settings files spell it.
     static constexpr const char* AUTO_RESTAT_CONFIG_CHANGED = "AUTO_RESTAT_CONFIG_CHANGED";
+    static constexpr const char* SITES_ENABLED = "SITES_ENABLED";
+    static constexpr const char* HTTPS_ENABLED = "HTTPS_ENABLED";
+    static constexpr const char* HTTPS_PORT = "HTTPS_PORT";
 
     // Reads key = "value" lines; a missing file leaves the store as it is.
     void Load(const wxString& path);
@@ -46,6 +49,11 @@ public:
     bool GetStartInTray() const { return GetBool(START_SYSTRAY_MODE, false); }
     bool GetStartServersOnStart() const { return GetBool(START_ON_START, true); }
     bool GetAutoRestart() const { return GetBool(AUTO_RESTAT_CONFIG_CHANGED, true); }
+    bool GetSitesEnabled() const { return GetBool(SITES_ENABLED, true); }
+    // Off until asked for: the first HTTPS start creates a certificate authority in the tree.
+    bool GetHttpsEnabled() const { return GetBool(HTTPS_ENABLED, false); }
+    // The stored port, else 443 where this user may listen on it, else 8443.
+    int GetHttpsPort() const;
 
     const std::map<wxString, wxString>& Entries() const { return values; }
 

@@ -3,6 +3,7 @@
 #include "core/AppSettings.h"
 #include "core/PhpVersions.h"
 #include "core/TextFiles.h"
+#include "core/sites/SiteConfig.h"
 #include "platform/Platform.h"
 
 #include <wx/dir.h>
@@ -59,11 +60,12 @@ void ConfigGenerator::ExpandFile(const wxString& templatePath, const wxString& o
     TextFiles::WriteAtomically(outputPath, text);
 }
 
-void ConfigGenerator::GenerateApache() const {
+wxString ConfigGenerator::GenerateApache() const {
     const ReplacementList replacements = ApacheReplacements();
     ExpandFile(paths.ApacheSourceConfig(), paths.ApacheLiveConfig(), replacements);
     ExpandFile(paths.PhpSourceConfig(), paths.PhpLiveConfig(), replacements);
     GenerateExtraFolder(replacements);
+    return SiteConfig(paths).Generate();
 }
 
 // "name_source.conf" gives "name.conf"; other "*source.conf" files and sub-folders are skipped.

@@ -35,7 +35,9 @@ public:
     static void ExpandFile(const wxString& templatePath, const wxString& outputPath,
                            const ReplacementList& replacements);
 
-    void GenerateApache() const;
+    // Also writes the sites' configuration; answers what of it had to be left out, one problem a
+    // line ("" when nothing).
+    wxString GenerateApache() const;
     void GenerateMysql() const;
 
     // Fills in, in memory, the values the window settles at start-up that generation needs: the

@@ -116,6 +116,29 @@ wxString InstallPaths::SqliteBrowser() const {
     return programFolder + Program("utils/SQLiteBrowser");
 }
 
+wxString InstallPaths::SitesLiveConfig() const {
+    return ApacheFolder() + "/conf/sites.conf";
+}
+wxString InstallPaths::SslFolder() const {
+    return programFolder + "/ssl";
+}
+wxString InstallPaths::CertificateAuthorityFolder() const {
+    return SslFolder() + "/ca";
+}
+wxString InstallPaths::SiteCertificate() const {
+    return SslFolder() + "/localhost.pem";
+}
+wxString InstallPaths::SiteCertificateKey() const {
+    return SslFolder() + "/localhost-key.pem";
+}
+
+wxString InstallPaths::SiteUrl(const wxString& siteName, bool https) const {
+    const int port = https ? settings.GetHttpsPort() : settings.GetPort();
+    const bool usual = port == (https ? 443 : 80);
+    return (https ? "https://" : "http://") + siteName + ".localhost" +
+           (usual ? wxString() : wxString::Format(":%d", port)) + "/";
+}
+
 wxString InstallPaths::LocalSiteUrl() const {
     if (settings.GetPort() == 80)
         return "http://localhost/";

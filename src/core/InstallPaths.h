@@ -44,6 +44,13 @@ public:
     wxString MysqlExecutable() const;
     wxString MysqlAdminTool() const;
     wxString SqliteBrowser() const;
+    // The generated configuration of the sites and of HTTPS, included by httpd.conf.
+    wxString SitesLiveConfig() const;
+    // The local certificate authority (mkcert's CAROOT) and the one certificate Apache serves.
+    wxString SslFolder() const;
+    wxString CertificateAuthorityFolder() const;
+    wxString SiteCertificate() const;
+    wxString SiteCertificateKey() const;
 
     static wxString ApacheProcessName();
     static wxString MysqlProcessName();
@@ -51,6 +58,8 @@ public:
     wxString LocalSiteUrl() const;
     wxString PhpMyAdminUrl() const;
     wxString PhpInfoUrl() const;
+    // The address of a site (a host name under .localhost) over HTTP or HTTPS.
+    wxString SiteUrl(const wxString& siteName, bool https) const;
 
 private:
     wxString programFolder;

@@ -13,6 +13,7 @@
 #include "gui/WinTaskBarIcon.h"
 #include "gui/apache/WinApacheConf.h"
 #include "gui/php/WinPHPExt.h"
+#include "gui/sites/WinSites.h"
 #include "platform/Platform.h"
 
 #include <wx/bmpbuttn.h>
@@ -63,6 +64,7 @@ wxBEGIN_EVENT_TABLE(WinKovix, wxFrame)
     EVT_BUTTON(WinKovix::ID_PHPMYADMIN, WinKovix::OnPhpMyAdmin)
     EVT_BUTTON(WinKovix::ID_PHPINFO, WinKovix::OnPhpInfo)
     EVT_BUTTON(WinKovix::ID_SQLITE, WinKovix::OnSqlite)
+    EVT_BUTTON(WinKovix::ID_SITES, WinKovix::OnSites)
     EVT_HYPERLINK(WinKovix::ID_LINK_KOVIX, WinKovix::OnLink)
     EVT_HYPERLINK(WinKovix::ID_LINK_AUTHOR, WinKovix::OnLink)
     EVT_HYPERLINK(WinKovix::ID_UPDATE_LINK, WinKovix::OnLink)
@@ -292,7 +294,13 @@ wxSizer* WinKovix::BuildToolsGroup(wxPanel* parent) {
               wxEXPAND);
     grid->Add(MakeButton(tools, ID_SQLITE, "SQLite", "WxButtonSQLite", Images::SQLite()), 0,
               wxEXPAND);
-    grid->Add(WxButtonToolsPlus, 0, wxALIGN_LEFT);
+    // The sites button shares the logs button's cell, so that no other control moves.
+    btn_Sites = new wxButton(tools, ID_SITES, "Sites", wxDefaultPosition, wxDefaultSize, 0,
+                             wxDefaultValidator, "btn_Sites");
+    auto* lastCell = new wxBoxSizer(wxHORIZONTAL);
+    lastCell->Add(WxButtonToolsPlus, 0, wxRIGHT, GAP);
+    lastCell->Add(btn_Sites, 1, wxEXPAND);
+    grid->Add(lastCell, 0, wxEXPAND);
     tools->SetSizer(grid);
     group->Add(new wxStaticBitmap(groupTools, ID_BITMAP_GLOBE, Images::Globe(), wxDefaultPosition,
                                   wxDefaultSize, 0, "staticBitmap"),
@@ -392,6 +400,7 @@ void WinKovix::ApplyTexts() {
     WxStaticTextIP->SetLabel(GetLangText("INFO_PUBLICIP"));
     WxStaticTextUpdate->SetLabel(GetLangText("INFO_UPDATE"));
     WxButtonWWW->SetLabel(GetLangText("WWW_SITE"));
+    btn_Sites->SetLabel(GetLangText("SITES"));
     WxButtonWWWF->SetLabel(GetLangText("WWW_FODLER"));
     WxStaticText4->SetLabel(GetLangText("APACHE_PORT2"));
     WxStaticText3->SetLabel(GetLangText("PHP_VERSION2"));
@@ -798,6 +807,11 @@ void WinKovix::OnPreferences(wxCommandEvent&) {
     prefs.ShowModal();
     ApplyTexts();
     stats->ApplyTexts();
+}
+
+void WinKovix::OnSites(wxCommandEvent&) {
+    WinSites sites(this, settings, paths);
+    sites.ShowModal();
 }
 
 void WinKovix::OnWwwSite(wxCommandEvent&) {

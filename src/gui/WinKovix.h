@@ -93,7 +93,8 @@ public:
         ID_UPDATE_VALUE = 1109,
         ID_UPDATE_LINK = 1110,
         ID_IP_VALUE = 1111,
-        ID_TOOLS_PLUS = 1112
+        ID_TOOLS_PLUS = 1112,
+        ID_SITES = 1113
     };
 
     // Auto-restart states: a change is pending, then the servers were stopped to restart them.
@@ -215,6 +216,7 @@ private:
     void OnPhpMyAdmin(wxCommandEvent& event);
     void OnPhpInfo(wxCommandEvent& event);
     void OnSqlite(wxCommandEvent& event);
+    void OnSites(wxCommandEvent& event);
     void OnLink(wxHyperlinkEvent& event);
     void OnClose(wxCloseEvent& event);
     void OnIconize(wxIconizeEvent& event);
@@ -249,6 +251,7 @@ private:
     wxButton* WxButtonWWW = nullptr;
     wxButton* WxButtonWWWF = nullptr;
     wxBitmapButton* WxButtonToolsPlus = nullptr;
+    wxButton* btn_Sites = nullptr;
     wxButton* WxButtonPref = nullptr;
     wxStaticText* WxStaticText3 = nullptr;
     wxChoice* comboPHPVersion = nullptr;

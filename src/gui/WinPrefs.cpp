@@ -37,6 +37,7 @@ WinPrefs::WinPrefs(wxWindow* parent, AppSettings& settings, const wxString& sett
     checkbox_StartServerOnStart->SetValue(settings.GetStartServersOnStart());
     checkbox_StartSystray->SetValue(settings.GetStartInTray());
     checkbox_AutoRestartFileChanged->SetValue(settings.GetAutoRestart());
+    checkbox_Sites->SetValue(settings.GetSitesEnabled());
     edit_TextEditor->SetValue(settings.GetTextEditor());
     ApplyTexts();
     SetAffirmativeId(ID_OK);
@@ -57,6 +58,8 @@ void WinPrefs::BuildControls() {
     checkbox_AutoRestartFileChanged =
         new wxCheckBox(groupBox, ID_AUTO_RESTART, "Auto Restart", wxDefaultPosition, wxDefaultSize,
                        0, wxDefaultValidator, "checkbox_AutoRestartFileChanged");
+    checkbox_Sites = new wxCheckBox(groupBox, ID_SITES, "Sites", wxDefaultPosition, wxDefaultSize,
+                                    0, wxDefaultValidator, "checkbox_Sites");
     label_TextEditor =
         new wxStaticText(groupBox, ID_LABEL_EDITOR, "Text Editor : ", wxDefaultPosition,
                          wxDefaultSize, 0, "label_TextEditor");
@@ -77,6 +80,7 @@ void WinPrefs::BuildControls() {
     group->Add(checkbox_StartSystray, 0, wxALL, GAP);
     group->Add(checkbox_AutoRestartFileChanged, 0, wxALL, GAP);
     group->Add(editor, 0, wxEXPAND | wxALL, GAP);
+    group->Add(checkbox_Sites, 0, wxALL, GAP);
 
     btn_cancel = new wxButton(this, ID_CANCEL, "Cancel", wxDefaultPosition, wxDefaultSize, 0,
                               wxDefaultValidator, "btn_cancel");
@@ -100,6 +104,7 @@ void WinPrefs::ApplyTexts() {
     checkbox_AutoRestartFileChanged->SetLabel(GetLangText("MESSAGE_AUTO_RESTART_FILE_CONFIG"));
     checkbox_StartSystray->SetLabel(GetLangText("MESSAGE_START_SYSTRAYMODE"));
     checkbox_StartServerOnStart->SetLabel(GetLangText("MESSAGE_START_SERVER_ON_START"));
+    checkbox_Sites->SetLabel(GetLangText("PREF_SITES"));
     groupBox->SetLabel(GetLangText("PREFERENCES"));
     btn_cancel->SetLabel(GetLangText("CANCEL"));
     GetSizer()->SetSizeHints(this);
@@ -129,6 +134,7 @@ void WinPrefs::OnOk(wxCommandEvent&) {
     settings.SetBool(AppSettings::AUTO_RESTAT_CONFIG_CHANGED,
                      checkbox_AutoRestartFileChanged->GetValue());
     settings.SetTextEditor(edit_TextEditor->GetValue());
+    settings.SetBool(AppSettings::SITES_ENABLED, checkbox_Sites->GetValue());
     settings.Save(settingsFile);
     EndModal(wxID_OK);
 }

@@ -27,7 +27,8 @@ public:
         ID_AUTO_RESTART = 1012,
         ID_LABEL_EDITOR = 1013,
         ID_EDITOR = 1014,
-        ID_SELECT_EDITOR = 1015
+        ID_SELECT_EDITOR = 1015,
+        ID_SITES = 1016
     };
 
     WinPrefs(wxWindow* parent, AppSettings& settings, const wxString& settingsFile,
@@ -48,6 +49,7 @@ private:
     wxTextCtrl* edit_TextEditor = nullptr;
     wxStaticText* label_TextEditor = nullptr;
     wxCheckBox* checkbox_AutoRestartFileChanged = nullptr;
+    wxCheckBox* checkbox_Sites = nullptr;
     wxComboBox* combo_Lang = nullptr;
     wxCheckBox* checkbox_StartSystray = nullptr;
     wxCheckBox* checkbox_StartServerOnStart = nullptr;

@@ -81,6 +81,9 @@ public:
     virtual bool IsLocalPortTaken(int port, int timeoutMs) = 0;
     // True when something accepts a connection on the local (Unix) socket file at path.
     virtual bool IsLocalSocketAccepting(const wxString& path) = 0;
+    // False when this process is not allowed to listen on the port (a port below 1024 without
+    // the right to bind it); a port merely in use answers true.
+    virtual bool MayListenOn(int port) = 0;
     // Name and pid of the process listening on the port, e.g. "nginx (pid 812)"; "" when unseen.
     virtual wxString DescribePortHolder(int port) = 0;
 

@@ -249,6 +249,20 @@ bool PosixPlatform::IsLocalPortTaken(int port, int timeoutMs) {
     return connected;
 }
 
+bool PosixPlatform::MayListenOn(int port) {
+    int fd = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    if (fd < 0)
+        return true;
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(static_cast<uint16_t>(port));
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    const bool refused =
+        bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0 && errno == EACCES;
+    close(fd);
+    return !refused;
+}
+
 bool PosixPlatform::IsLocalSocketAccepting(const wxString& path) {
     sockaddr_un address{};
     address.sun_family = AF_UNIX;

@@ -1,17 +1,20 @@
 // Screenshots for the documentation, taken against a real tree and written to the folder that
 // KOVIX_SCREENSHOTS_DIR names (scripts/screenshots.sh sets it; without it the tests do nothing):
 // the main window stopped and running, the statistics and the preferences in English and French,
-// and both pages of the Apache and PHP configuration dialogs in English.
+// both pages of the Apache and PHP configuration dialogs and the sites in English.
 #include "gui/GuiFixtures.h"
 #include "gui/ScreenCapture.h"
 #include "gui/WinPrefs.h"
 #include "gui/WinStats.h"
 #include "gui/apache/WinApacheConf.h"
 #include "gui/php/WinPHPExt.h"
+#include "gui/sites/WinSites.h"
 #include "platform/Platform.h"
 #include "support/TempDir.h"
 
+#include <wx/filefn.h>
 #include <wx/filename.h>
+#include <wx/listctrl.h>
 #include <wx/notebook.h>
 
 namespace {
@@ -141,4 +144,19 @@ TEST_F(ConfigDialogScreenshotTest, ApacheAndPhpDialogs) {
     Shoot(php, "php-extensions-en", 0);
     Choose(Control(&php, WinPHPExt::ID_SETTINGS), "Display errors");
     Shoot(php, "php-settings-en", 1);
+}
+
+TEST_F(ConfigDialogScreenshotTest, SitesDialog) {
+    if (ShotsFolder().empty())
+        GTEST_SKIP() << "KOVIX_SCREENSHOTS_DIR is not set";
+    for (const char* folder : {"My Project", "shop", "blog", "Notes 2024", "~old~"})
+        wxMkdir(paths.WwwFolder() + "/" + folder);
+    settings.SetPort(8080);
+    settings.SetString(AppSettings::HTTPS_PORT, "8443");
+    settings.SetBool(AppSettings::HTTPS_ENABLED, true);
+    WinSites sites(nullptr, settings, paths);
+    sites.Show();
+    auto* list = Named<wxListCtrl>(&sites, "list_Sites");
+    list->SetItemState(1, wxLIST_STATE_SELECTED, wxLIST_STATE_SELECTED);
+    Shoot(sites, "sites-en");
 }

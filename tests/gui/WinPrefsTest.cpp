@@ -29,11 +29,13 @@ TEST_F(WinPrefsTest, OkStoresEverySwitchAndTheEditorAndSavesTheFile) {
         EXPECT_TRUE(Check(prefs, WinPrefs::ID_START_ON_START)->GetValue());
         EXPECT_FALSE(Check(prefs, WinPrefs::ID_START_SYSTRAY)->GetValue());
         EXPECT_TRUE(Check(prefs, WinPrefs::ID_AUTO_RESTART)->GetValue());
+        EXPECT_TRUE(Check(prefs, WinPrefs::ID_SITES)->GetValue());
         EXPECT_EQ(Editor(prefs)->GetValue(), "xdg-open");
         EXPECT_EQ(Control<wxComboBox>(&prefs, WinPrefs::ID_LANG)->GetValue(), "English");
         Check(prefs, WinPrefs::ID_START_ON_START)->SetValue(false);
         Check(prefs, WinPrefs::ID_START_SYSTRAY)->SetValue(true);
         Check(prefs, WinPrefs::ID_AUTO_RESTART)->SetValue(false);
+        Check(prefs, WinPrefs::ID_SITES)->SetValue(false);
         Editor(prefs)->SetValue("/usr/bin/gedit");
         ClickButton(&prefs, WinPrefs::ID_OK);
     });
@@ -41,6 +43,7 @@ TEST_F(WinPrefsTest, OkStoresEverySwitchAndTheEditorAndSavesTheFile) {
     EXPECT_FALSE(settings.GetStartServersOnStart());
     EXPECT_TRUE(settings.GetStartInTray());
     EXPECT_FALSE(settings.GetAutoRestart());
+    EXPECT_FALSE(settings.GetSitesEnabled());
     EXPECT_EQ(settings.GetTextEditor(), "/usr/bin/gedit");
 
     AppSettings saved;

@@ -19,7 +19,7 @@ bool ApacheServer::Start() {
     if (starting)
         return false;
     starting = true;
-    ConfigGenerator(paths).GenerateApache();
+    note = ConfigGenerator(paths).GenerateApache();
     // A pid file left by a killed Apache makes the next one believe it runs already.
     const wxString pidFile = paths.ApacheFolder() + "/logs/httpd.pid";
     if (wxFileExists(pidFile))
@@ -40,5 +40,7 @@ void ApacheServer::Stop() {
 }
 
 wxString ApacheServer::ReadOutput() {
-    return record ? record->ReadOutput() : wxString();
+    wxString text = note + (record ? record->ReadOutput() : wxString());
+    note.clear();
+    return text;
 }

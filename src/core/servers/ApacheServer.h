@@ -18,7 +18,8 @@ public:
     bool Start();
     void Stop();
 
-    // What the child of the last start has written since the last call; "" when there is none.
+    // What the last start had to leave out of the configuration, then what its child has written,
+    // since the last call; "" when there is none.
     wxString ReadOutput();
 
     // File watch of httpd_source.conf and of the selected version's php_source.ini.
@@ -30,6 +31,7 @@ public:
 
 private:
     bool starting = false;
+    wxString note;
     TemplateWatch apacheSource;
     TemplateWatch phpSource;
 };

@@ -1,0 +1,98 @@
+#include "core/sites/SiteConfig.h"
+
+#include "core/AppSettings.h"
+#include "core/TextFiles.h"
+#include "core/lang/LangTable.h"
+#include "core/sites/LocalCertificate.h"
+
+#include <wx/filefn.h>
+
+namespace {
+
+const char* const Header =
+    "#\n"
+    "# Written by Kovix at every Apache start from the folders of www/: each one is\n"
+    "# also served at NAME.localhost. Edits are lost at the next start.\n"
+    "#\n";
+
+wxString Quoted(const wxString& path) {
+    return "\"" + path + "\"";
+}
+
+// The site folders lie inside www/, so the access rules of the main site (online or offline)
+// reach them through its <Directory> block, exactly as they reach its other folders.
+wxString VirtualHost(int port, const wxString& name, const wxString& folder, bool tls) {
+    wxString text;
+    text << "<VirtualHost *:" << port << ">\n"
+         << "\tServerName " << name << "\n"
+         << "\tDocumentRoot " << Quoted(folder) << "\n";
+    if (tls)
+        text << "\tSSLEngine on\n";
+    return text + "</VirtualHost>\n";
+}
+
+wxString HostsOnPort(int port, const InstallPaths& paths, const SiteList& sites, bool tls) {
+    // The first host of a port answers the names no other host claims: the main site.
+    wxString text = VirtualHost(port, "localhost", paths.WwwFolder(), tls);
+    for (const Site& site : sites.sites)
+        text << VirtualHost(port, site.name + ".localhost", site.folder, tls);
+    return text;
+}
+
+wxString TlsModules(const InstallPaths& paths) {
+    wxString text;
+    text << "<IfModule !ssl_module>\n\tLoadModule ssl_module modules/mod_ssl.so\n</IfModule>\n"
+         << "<IfModule !socache_shmcb_module>\n"
+         << "\tLoadModule socache_shmcb_module modules/mod_socache_shmcb.so\n</IfModule>\n"
+         << "SSLSessionCache " << Quoted("shmcb:" + paths.ApacheFolder() + "/logs/ssl_scache")
+         << "\n"
+         << "SSLCertificateFile " << Quoted(paths.SiteCertificate()) << "\n"
+         << "SSLCertificateKeyFile " << Quoted(paths.SiteCertificateKey()) << "\n";
+    return text;
+}
+
+} // namespace
+
+SiteList SiteConfig::Sites() const {
+    return paths.Settings().GetSitesEnabled() ? SiteList::Scan(paths.WwwFolder()) : SiteList();
+}
+
+wxString SiteConfig::Text(const SiteList& sites, bool https) const {
+    const AppSettings& settings = paths.Settings();
+    wxString text = Header;
+    if (!sites.sites.empty())
+        text << "\n" << HostsOnPort(settings.GetPort(), paths, sites, false);
+    if (https) {
+        const int port = settings.GetHttpsPort();
+        text << "\n"
+             << TlsModules(paths) << wxString::Format("Listen %d https\n", port)
+             << HostsOnPort(port, paths, sites, true);
+    }
+    return text;
+}
+
+wxString SiteConfig::Generate() const {
+    const SiteList sites = Sites();
+    wxString problems;
+    for (const SkippedFolder& skipped : sites.skipped)
+        problems << wxString::Format(GetLangText("SITE_SKIPPED"), skipped.folder, skipped.reason)
+                 << "\n";
+    bool https = paths.Settings().GetHttpsEnabled();
+    if (https) {
+        std::vector<wxString> hostNames;
+        for (const Site& site : sites.sites)
+            hostNames.push_back(site.name + ".localhost");
+        const wxString problem = LocalCertificate(paths).Ensure(hostNames);
+        https = problem.empty();
+        if (!https)
+            problems << wxString::Format(GetLangText("HTTPS_LEFT_OUT"), problem) << "\n";
+    }
+    const wxString file = paths.SitesLiveConfig();
+    if (sites.sites.empty() && !https) {
+        if (wxFileExists(file))
+            wxRemoveFile(file);
+    } else if (!TextFiles::WriteAtomically(file, Text(sites, https))) {
+        problems << wxString::Format(GetLangText("SITES_NOT_WRITTEN"), file) << "\n";
+    }
+    return problems;
+}

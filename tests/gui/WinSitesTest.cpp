@@ -1,0 +1,62 @@
+#include "gui/sites/WinSites.h"
+#include "core/AppSettings.h"
+#include "core/lang/LangTable.h"
+#include "gui/GuiTesting.h"
+#include "support/TempDir.h"
+#include "support/TreeFiles.h"
+
+#include <wx/button.h>
+#include <wx/checkbox.h>
+#include <wx/listctrl.h>
+#include <wx/stattext.h>
+
+namespace {
+
+class WinSitesTest : public testing::Test {
+protected:
+    void SetUp() override {
+        InitLangTable(settings, "en");
+        settings.SetPort(8080);
+        settings.SetString(AppSettings::HTTPS_PORT, "8443");
+        for (const char* folder : {"www/shop", "www/My Project", "www/___", "www/kovix"})
+            MakeTreeFolder(tree.Path(), folder);
+    }
+
+    TempDir tree;
+    AppSettings settings;
+    InstallPaths paths{tree.Path(), settings};
+};
+
+// Opening needs a selection, HTTPS also needs HTTPS on; the switch is stored at once.
+TEST_F(WinSitesTest, ListsTheSitesAndStoresTheHttpsSwitchAtOnce) {
+    WinSites sites(nullptr, settings, paths);
+    WhenModal([&] {
+        auto* list = Named<wxListCtrl>(&sites, "list_Sites");
+        ASSERT_EQ(list->GetItemCount(), 2);
+        EXPECT_EQ(list->GetItemText(0), "http://my-project.localhost:8080/");
+        EXPECT_EQ(list->GetItemText(1, 1), tree.File("www/shop"));
+        EXPECT_NE(Named<wxStaticText>(&sites, "label_Note")->GetLabel().Find("www/___"),
+                  wxNOT_FOUND);
+        auto* http = Control<wxButton>(&sites, WinSites::ID_OPEN_HTTP);
+        auto* https = Control<wxButton>(&sites, WinSites::ID_OPEN_HTTPS);
+        EXPECT_FALSE(http->IsEnabled());
+        list->SetItemState(0, wxLIST_STATE_SELECTED, wxLIST_STATE_SELECTED);
+        EXPECT_TRUE(WaitFor([&] { return http->IsEnabled(); }));
+        EXPECT_FALSE(https->IsEnabled());
+
+        auto* serve = Control<wxCheckBox>(&sites, WinSites::ID_HTTPS);
+        EXPECT_EQ(serve->GetLabel(), "Serve HTTPS on port 8443");
+        serve->SetValue(true);
+        wxCommandEvent toggled(wxEVT_CHECKBOX, WinSites::ID_HTTPS);
+        toggled.SetInt(1);
+        serve->GetEventHandler()->ProcessEvent(toggled);
+        EXPECT_TRUE(https->IsEnabled());
+        ClickButton(&sites, WinSites::ID_CLOSE);
+    });
+    sites.ShowModal();
+    AppSettings saved;
+    saved.Load(paths.SettingsFile());
+    EXPECT_TRUE(saved.GetHttpsEnabled());
+}
+
+} // namespace
