@@ -18,6 +18,8 @@ const std::vector<CtlCommandSpec>& CtlCommandTable() {
         {{"lang"}, "[en|fr]", Lang, changes},
         {{"text"}, "KEY", Text, reads},
         {{"url"}, "site|phpmyadmin|phpinfo", Url, reads},
+        {{"sites"}, "[--json]", Sites, reads},
+        {{"https"}, "[on|off] | https trust", Https, changes},
 
         {{"generate"}, "", Generate, changes},
         {{"php", "versions"}, "[--json]", PhpVersionList, reads},

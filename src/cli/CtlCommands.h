@@ -41,4 +41,8 @@ void ImportVirtualHosts(CtlContext& context);
 void CatalogueModule(CtlContext& context);
 void CatalogueExtension(CtlContext& context);
 
+// CtlSitesCommands.cpp
+void Sites(CtlContext& context);
+void Https(CtlContext& context);
+
 } // namespace CtlCommands

@@ -1,10 +1,10 @@
 // kovixctl commands of the sites made from www/ and of local HTTPS: sites, https.
-#include "cli/CtlCommand.h"
+#include "cli/CtlCommands.h"
 #include "core/lang/LangTable.h"
 #include "core/sites/LocalCertificate.h"
 #include "core/sites/SiteConfig.h"
 
-namespace {
+namespace CtlCommands {
 
 // Skipped folders are said on standard error, so that the JSON listing stays one document.
 void Sites(CtlContext& context) {
@@ -55,7 +55,4 @@ void Https(CtlContext& context) {
     context.SettingsChanged();
 }
 
-const CtlRegistrar sites({"sites"}, "[--json]", Sites);
-const CtlRegistrar https({"https"}, "[on|off] | trust", Https);
-
-} // namespace
+} // namespace CtlCommands
