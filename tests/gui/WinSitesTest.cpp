@@ -34,7 +34,7 @@ TEST_F(WinSitesTest, ListsTheSitesAndStoresTheHttpsSwitchAtOnce) {
         auto* list = Named<wxListCtrl>(&sites, "list_Sites");
         ASSERT_EQ(list->GetItemCount(), 2);
         EXPECT_EQ(list->GetItemText(0), "http://my-project.localhost:8080/");
-        EXPECT_EQ(list->GetItemText(1, 1), tree.File("www/shop"));
+        EXPECT_EQ(list->GetItemText(0, 1), "My Project");
         EXPECT_NE(Named<wxStaticText>(&sites, "label_Note")->GetLabel().Find("www/___"),
                   wxNOT_FOUND);
         auto* http = Control<wxButton>(&sites, WinSites::ID_OPEN_HTTP);

@@ -55,8 +55,8 @@ WinSites::~WinSites() {
 void WinSites::BuildControls() {
     list_Sites = new wxListCtrl(this, ID_LIST, wxDefaultPosition, wxSize(560, 220),
                                 wxLC_REPORT | wxLC_SINGLE_SEL, wxDefaultValidator, "list_Sites");
-    list_Sites->AppendColumn(GetLangText("SITE_NAME"), wxLIST_FORMAT_LEFT, 260);
-    list_Sites->AppendColumn(GetLangText("SITE_FOLDER"), wxLIST_FORMAT_LEFT, 290);
+    list_Sites->AppendColumn(GetLangText("SITE_NAME"), wxLIST_FORMAT_LEFT, 330);
+    list_Sites->AppendColumn(GetLangText("SITE_FOLDER"), wxLIST_FORMAT_LEFT, 220);
     label_Note =
         new wxStaticText(this, wxID_ANY, "", wxDefaultPosition, wxDefaultSize, 0, "label_Note");
     btn_OpenHttp = MakeButton(this, ID_OPEN_HTTP, "SITE_OPEN_HTTP", "btn_OpenHttp");
@@ -88,7 +88,7 @@ void WinSites::FillList() {
     for (const Site& site : sites.sites) {
         const long row =
             list_Sites->InsertItem(list_Sites->GetItemCount(), paths.SiteUrl(site.name, false));
-        list_Sites->SetItem(row, 1, site.folder);
+        list_Sites->SetItem(row, 1, site.folder.AfterLast('/')); // the folder inside www
     }
     wxString note;
     if (!settings.GetSitesEnabled())
