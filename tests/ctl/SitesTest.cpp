@@ -8,6 +8,10 @@
 
 #include <fstream>
 
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
 namespace {
 
 class Sites : public testing::Test {
@@ -128,7 +132,7 @@ TEST_F(Sites, SitesOffAndHttpsOffLeaveNoSiteConfigurationAndApacheAcceptsEachCom
 }
 
 // Each part that cannot be made is said, and Apache starts without it.
-TEST_F(Sites, MissingMkcertOrUnwritableAuthorityFolderLeaveHttpsOutButApacheStarts) {
+TEST_F(Sites, MissingMkcertUnwritableAuthorityFolderOrHeldPortLeaveHttpsOutButApacheStarts) {
     Ctl({"https", "on"});
     const wxString missing = tree.File("no mkcert here");
     {
@@ -154,6 +158,24 @@ TEST_F(Sites, MissingMkcertOrUnwritableAuthorityFolderLeaveHttpsOutButApacheStar
               wxNOT_FOUND)
         << start.err;
     EXPECT_EQ(Get(Http("my-project.localhost")), "project 200");
+    ASSERT_EQ(Ctl({"stop", "apache"}).exitCode, 0);
+
+    wxRemoveFile(tree.File("ssl"));
+    const int holder = socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(static_cast<uint16_t>(httpsPort));
+    ASSERT_EQ(bind(holder, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    listen(holder, 4);
+    const CommandResult held = Ctl({"start", "apache"});
+    close(holder);
+    ASSERT_EQ(held.exitCode, 0) << held.err;
+    EXPECT_NE(held.err.Find(wxString::Format(
+                  "HTTPS is not served: the HTTPS port %d is already used by another program.",
+                  httpsPort)),
+              wxNOT_FOUND)
+        << held.err;
+    EXPECT_EQ(Get(Http("shop.localhost")), "shop 200");
 }
 
 // The authority goes into this user's browser database, never into the system's.

@@ -4,6 +4,7 @@
 #include "core/TextFiles.h"
 #include "core/lang/LangTable.h"
 #include "core/sites/LocalCertificate.h"
+#include "platform/Platform.h"
 
 #include <wx/filefn.h>
 
@@ -71,6 +72,18 @@ wxString SiteConfig::Text(const SiteList& sites, bool https) const {
     return text;
 }
 
+// Another server on the HTTPS port would keep Apache from starting at all.
+wxString SiteConfig::HttpsProblem(const SiteList& sites) const {
+    const int port = paths.Settings().GetHttpsPort();
+    const int shortWait = 50;
+    if (Platform::Get().IsLocalPortTaken(port, shortWait))
+        return wxString::Format(GetLangText("HTTPS_PORT_TAKEN"), port);
+    std::vector<wxString> hostNames;
+    for (const Site& site : sites.sites)
+        hostNames.push_back(site.name + ".localhost");
+    return LocalCertificate(paths).Ensure(hostNames);
+}
+
 wxString SiteConfig::Generate() const {
     const SiteList sites = Sites();
     wxString problems;
@@ -79,10 +92,7 @@ wxString SiteConfig::Generate() const {
                  << "\n";
     bool https = paths.Settings().GetHttpsEnabled();
     if (https) {
-        std::vector<wxString> hostNames;
-        for (const Site& site : sites.sites)
-            hostNames.push_back(site.name + ".localhost");
-        const wxString problem = LocalCertificate(paths).Ensure(hostNames);
+        const wxString problem = HttpsProblem(sites);
         https = problem.empty();
         if (!https)
             problems << wxString::Format(GetLangText("HTTPS_LEFT_OUT"), problem) << "\n";

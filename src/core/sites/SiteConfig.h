@@ -11,7 +11,8 @@
 // was. With sites and HTTPS off, or nothing to serve, the file is removed.
 //
 // A part that cannot be made is left out and said: a skipped folder leaves its site out, a
-// certificate that cannot be made leaves HTTPS out; Apache still starts with the rest.
+// certificate that cannot be made or an HTTPS port held by another program leaves HTTPS out;
+// Apache still starts with the rest.
 class SiteConfig {
 public:
     explicit SiteConfig(const InstallPaths& paths) : paths(paths) {}
@@ -24,5 +25,8 @@ public:
     wxString Text(const SiteList& sites, bool https) const;
 
 private:
+    // Why HTTPS cannot be served now (its port taken, no certificate); "" when it can.
+    wxString HttpsProblem(const SiteList& sites) const;
+
     InstallPaths paths;
 };
