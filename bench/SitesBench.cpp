@@ -49,6 +49,7 @@ void SetSites(const TestTree& tree, bool on) {
 double StartToFirstPage(const TestTree& tree) {
     const Clock::time_point start = Clock::now();
     tree.Ctl(KOVIXCTL_PATH, {"start", "apache"});
+    std::printf("  kovixctl start returned after %.3f s\n", SecondsSince(start));
     while (HttpGet(tree.ApachePort(), "/kovix/phpinfo.php").status != 200 &&
            SecondsSince(start) < 30)
         std::this_thread::sleep_for(std::chrono::microseconds(500));
