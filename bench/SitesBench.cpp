@@ -1,8 +1,8 @@
-// The cost of sites: writing the sites' configuration for 500 folders of www/, and Apache's start
-// (`kovixctl start apache`) to the first HTTP 200 of phpinfo with those 500 sites against the same
-// tree with sites off. Runs on a temporary tree.
+// The cost of sites: writing the sites' configuration for SITES folders of www/ (500 by default),
+// and Apache's start (`kovixctl start apache`) to the first HTTP 200 of phpinfo with those sites
+// against the same tree with sites off. Runs on a temporary tree.
 //
-//   SitesBench [ROUNDS]
+//   SitesBench [ROUNDS] [SITES]
 #include "core/AppSettings.h"
 #include "core/InstallPaths.h"
 #include "core/sites/SiteConfig.h"
@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <fstream>
 #include <thread>
 #include <vector>
@@ -22,7 +23,6 @@
 namespace {
 
 using Clock = std::chrono::steady_clock;
-const int SiteCount = 500;
 
 double SecondsSince(Clock::time_point start) {
     return std::chrono::duration<double>(Clock::now() - start).count();
@@ -33,8 +33,8 @@ double Median(std::vector<double> values) {
     return values[values.size() / 2];
 }
 
-void MakeSites(const wxString& root) {
-    for (int site = 0; site < SiteCount; ++site) {
+void MakeSites(const wxString& root, int count) {
+    for (int site = 0; site < count; ++site) {
         const wxString folder = root + wxString::Format("/www/Project %03d", site);
         wxMkdir(folder);
         std::ofstream((folder + "/index.html").utf8_string()) << "site " << site;
@@ -49,7 +49,6 @@ void SetSites(const TestTree& tree, bool on) {
 double StartToFirstPage(const TestTree& tree) {
     const Clock::time_point start = Clock::now();
     tree.Ctl(KOVIXCTL_PATH, {"start", "apache"});
-    std::printf("  kovixctl start returned after %.3f s\n", SecondsSince(start));
     while (HttpGet(tree.ApachePort(), "/kovix/phpinfo.php").status != 200 &&
            SecondsSince(start) < 30)
         std::this_thread::sleep_for(std::chrono::microseconds(500));
@@ -65,7 +64,8 @@ int main(int argc, char** argv) {
     wxInitializer initializer;
     const int rounds = argc > 1 ? std::max(1, std::atoi(argv[1])) : 5;
     TestTree tree(KOVIX_SOURCE_DIR);
-    MakeSites(tree.Root());
+    const int siteCount = argc > 2 ? std::max(1, std::atoi(argv[2])) : 500;
+    MakeSites(tree.Root(), siteCount);
 
     AppSettings settings;
     settings.Load(tree.File("kovix.ini"));
@@ -76,7 +76,7 @@ int main(int argc, char** argv) {
         SiteConfig(paths).Generate();
         generation.push_back(SecondsSince(start));
     }
-    std::printf("generation of %d sites: %.1f ms (median of %d)\n", SiteCount,
+    std::printf("generation of %d sites: %.1f ms (median of %d)\n", siteCount,
                 Median(generation) * 1000, rounds);
 
     std::vector<double> with, without;
@@ -87,7 +87,7 @@ int main(int argc, char** argv) {
         with.push_back(StartToFirstPage(tree));
     }
     const double a = Median(without), b = Median(with);
-    std::printf("start to phpinfo 200: no sites %.3f s, %d sites %.3f s (+%.0f %%)\n", a, SiteCount,
+    std::printf("start to phpinfo 200: no sites %.3f s, %d sites %.3f s (+%.0f %%)\n", a, siteCount,
                 b, (b / a - 1) * 100);
     return 0;
 }
