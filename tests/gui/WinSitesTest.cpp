@@ -2,6 +2,7 @@
 #include "core/AppSettings.h"
 #include "core/lang/LangTable.h"
 #include "gui/GuiTesting.h"
+#include "support/ScopedEnv.h"
 #include "support/TempDir.h"
 #include "support/TreeFiles.h"
 
@@ -9,6 +10,8 @@
 #include <wx/checkbox.h>
 #include <wx/listctrl.h>
 #include <wx/stattext.h>
+
+#include <sys/stat.h>
 
 namespace {
 
@@ -57,6 +60,42 @@ TEST_F(WinSitesTest, ListsTheSitesAndStoresTheHttpsSwitchAtOnce) {
     AppSettings saved;
     saved.Load(paths.SettingsFile());
     EXPECT_TRUE(saved.GetHttpsEnabled());
+}
+
+// The worker runs mkcert (here a script) and its answer comes back as a message, success or not.
+TEST_F(WinSitesTest, TrustRunsMkcertOnTheWorkerAndSaysWhatCameOfIt) {
+    const wxString fake = tree.File("fake-mkcert");
+    WriteTreeFile(tree.Path(), "fake-mkcert",
+                  "#!/bin/sh\n[ -n \"$FAIL\" ] && { echo 'Warning: \"certutil\" is not available'; "
+                  "exit 0; }\n[ \"$TRUST_STORES\" = nss ] && [ \"$1\" = -install ] && "
+                  "echo 'The local CA is now installed in the Firefox and/or Chrome/Chromium "
+                  "trust store'\n");
+    chmod(fake.utf8_str(), 0755);
+    const ScopedEnv mkcert("KOVIX_MKCERT", fake);
+    auto* sites = new WinSites(nullptr, settings, paths);
+    sites->Show();
+    auto* trust = Control<wxButton>(sites, WinSites::ID_TRUST);
+    wxString message, caption;
+    wxTEST_DIALOG(
+        {
+            ClickButton(sites, WinSites::ID_TRUST);
+            EXPECT_TRUE(WaitFor([&] { return trust->IsEnabled(); }));
+        },
+        ExpectMessage(message, caption));
+    EXPECT_TRUE(message.StartsWith("This user's browsers (Firefox, Chromium) now trust"))
+        << message;
+    EXPECT_NE(message.Find("sudo cp \"" + tree.File("ssl/ca/rootCA.pem") + "\""), wxNOT_FOUND);
+
+    const ScopedEnv fail("FAIL", "1");
+    wxTEST_DIALOG(
+        {
+            ClickButton(sites, WinSites::ID_TRUST);
+            EXPECT_TRUE(WaitFor([&] { return trust->IsEnabled(); }));
+        },
+        ExpectMessage(message, caption));
+    EXPECT_TRUE(message.StartsWith("The local authority is not trusted: ")) << message;
+    EXPECT_NE(message.Find("certutil"), wxNOT_FOUND);
+    CloseWindow(sites);
 }
 
 } // namespace
