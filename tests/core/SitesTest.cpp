@@ -103,6 +103,13 @@ TEST_F(SitesTest, GenerationWritesOneHostPerSiteAfterTheMainSiteAndRemovesTheFil
     EXPECT_EQ(live.find("SSL"), std::string::npos) << "HTTPS is off by default";
     EXPECT_EQ(Calls(), "");
 
+    // A template kept from before sites existed is said to leave them out.
+    WriteTreeFile(tree.Path(), "apache/conf/httpd_source.conf", "Listen {APACHE_PORT}\n");
+    EXPECT_NE(SiteConfig(paths).Generate().Find(
+                  "The Apache template " + paths.ApacheSourceConfig() +
+                  " does not include conf/sites.conf, so the sites and HTTPS are not served"),
+              wxNOT_FOUND);
+
     settings.SetBool(AppSettings::SITES_ENABLED, false);
     EXPECT_EQ(SiteConfig(paths).Generate(), "");
     EXPECT_FALSE(wxFileExists(paths.SitesLiveConfig()));

@@ -84,6 +84,12 @@ wxString SiteConfig::HttpsProblem(const SiteList& sites) const {
     return LocalCertificate(paths).Ensure(hostNames);
 }
 
+// A template edited before sites existed, and kept since, does not include the file.
+bool SiteConfig::IsIncluded() const {
+    wxString text;
+    return !TextFiles::Read(paths.ApacheSourceConfig(), text) || text.Contains("/conf/sites.conf");
+}
+
 wxString SiteConfig::Generate() const {
     const SiteList sites = Sites();
     wxString problems;
@@ -103,6 +109,9 @@ wxString SiteConfig::Generate() const {
             wxRemoveFile(file);
     } else if (!TextFiles::WriteAtomically(file, Text(sites, https))) {
         problems << wxString::Format(GetLangText("SITES_NOT_WRITTEN"), file) << "\n";
+    } else if (!IsIncluded()) {
+        problems << wxString::Format(GetLangText("SITES_NOT_INCLUDED"), paths.ApacheSourceConfig())
+                 << "\n";
     }
     return problems;
 }

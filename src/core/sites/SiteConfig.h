@@ -27,6 +27,7 @@ public:
 private:
     // Why HTTPS cannot be served now (its port taken, no certificate); "" when it can.
     wxString HttpsProblem(const SiteList& sites) const;
+    bool IsIncluded() const;
 
     InstallPaths paths;
 };
