@@ -9,6 +9,7 @@
 #include <wx/button.h>
 #include <wx/checkbox.h>
 #include <wx/listctrl.h>
+#include <wx/spinctrl.h>
 #include <wx/stattext.h>
 
 #include <sys/stat.h>
@@ -30,8 +31,8 @@ protected:
     InstallPaths paths{tree.Path(), settings};
 };
 
-// Opening needs a selection, HTTPS also needs HTTPS on; the switch is stored at once.
-TEST_F(WinSitesTest, ListsTheSitesAndStoresTheHttpsSwitchAtOnce) {
+// Opening needs a selection, HTTPS also needs HTTPS on; the switch and port are stored at once.
+TEST_F(WinSitesTest, ListsTheSitesAndStoresTheHttpsSwitchAndPortAtOnce) {
     WinSites sites(nullptr, settings, paths);
     WhenModal([&] {
         auto* list = Named<wxListCtrl>(&sites, "list_Sites");
@@ -48,7 +49,12 @@ TEST_F(WinSitesTest, ListsTheSitesAndStoresTheHttpsSwitchAtOnce) {
         EXPECT_FALSE(https->IsEnabled());
 
         auto* serve = Control<wxCheckBox>(&sites, WinSites::ID_HTTPS);
-        EXPECT_EQ(serve->GetLabel(), "Serve HTTPS on port 8443");
+        auto* port = Control<wxSpinCtrl>(&sites, WinSites::ID_HTTPS_PORT);
+        EXPECT_EQ(port->GetValue(), 8443);
+        port->SetValue(9443);
+        wxSpinEvent changed(wxEVT_SPINCTRL, WinSites::ID_HTTPS_PORT);
+        changed.SetPosition(9443);
+        port->GetEventHandler()->ProcessEvent(changed);
         serve->SetValue(true);
         wxCommandEvent toggled(wxEVT_CHECKBOX, WinSites::ID_HTTPS);
         toggled.SetInt(1);
@@ -60,6 +66,7 @@ TEST_F(WinSitesTest, ListsTheSitesAndStoresTheHttpsSwitchAtOnce) {
     AppSettings saved;
     saved.Load(paths.SettingsFile());
     EXPECT_TRUE(saved.GetHttpsEnabled());
+    EXPECT_EQ(saved.GetHttpsPort(), 9443);
 }
 
 // The worker runs mkcert (here a script) and its answer comes back as a message, success or not.

@@ -11,6 +11,7 @@
 #include <wx/listctrl.h>
 #include <wx/msgdlg.h>
 #include <wx/sizer.h>
+#include <wx/spinctrl.h>
 #include <wx/stattext.h>
 
 wxBEGIN_EVENT_TABLE(WinSites, wxDialog)
@@ -20,6 +21,7 @@ wxBEGIN_EVENT_TABLE(WinSites, wxDialog)
     EVT_BUTTON(WinSites::ID_OPEN_HTTP, WinSites::OnOpenHttp)
     EVT_BUTTON(WinSites::ID_OPEN_HTTPS, WinSites::OnOpenHttps)
     EVT_CHECKBOX(WinSites::ID_HTTPS, WinSites::OnHttps)
+    EVT_SPINCTRL(WinSites::ID_HTTPS_PORT, WinSites::OnHttpsPort)
     EVT_BUTTON(WinSites::ID_TRUST, WinSites::OnTrust)
     EVT_BUTTON(WinSites::ID_CLOSE, WinSites::OnClose)
     EVT_THREAD(WinSites::ID_TRUST_DONE, WinSites::OnTrustDone)
@@ -61,9 +63,11 @@ void WinSites::BuildControls() {
         new wxStaticText(this, wxID_ANY, "", wxDefaultPosition, wxDefaultSize, 0, "label_Note");
     btn_OpenHttp = MakeButton(this, ID_OPEN_HTTP, "SITE_OPEN_HTTP", "btn_OpenHttp");
     btn_OpenHttps = MakeButton(this, ID_OPEN_HTTPS, "SITE_OPEN_HTTPS", "btn_OpenHttps");
-    checkbox_Https = new wxCheckBox(
-        this, ID_HTTPS, wxString::Format(GetLangText("HTTPS_SERVE"), settings.GetHttpsPort()),
-        wxDefaultPosition, wxDefaultSize, 0, wxDefaultValidator, "checkbox_Https");
+    checkbox_Https = new wxCheckBox(this, ID_HTTPS, GetLangText("HTTPS_SERVE"), wxDefaultPosition,
+                                    wxDefaultSize, 0, wxDefaultValidator, "checkbox_Https");
+    spin_HttpsPort =
+        new wxSpinCtrl(this, ID_HTTPS_PORT, "", wxDefaultPosition, wxSize(130, -1), wxSP_ARROW_KEYS,
+                       1, 65535, settings.GetHttpsPort(), "spin_HttpsPort");
     checkbox_Https->SetValue(settings.GetHttpsEnabled());
     btn_Trust = MakeButton(this, ID_TRUST, "HTTPS_TRUST", "btn_Trust");
 
@@ -71,7 +75,9 @@ void WinSites::BuildControls() {
     open->Add(btn_OpenHttp, 0, wxRIGHT, GAP);
     open->Add(btn_OpenHttps);
     auto* https = new wxBoxSizer(wxHORIZONTAL);
-    https->Add(checkbox_Https, 1, wxALIGN_CENTER_VERTICAL | wxRIGHT, GAP);
+    https->Add(checkbox_Https, 0, wxALIGN_CENTER_VERTICAL | wxRIGHT, GAP);
+    https->Add(spin_HttpsPort, 0, wxALIGN_CENTER_VERTICAL);
+    https->AddStretchSpacer();
     https->Add(btn_Trust);
     auto* rows = new wxBoxSizer(wxVERTICAL);
     rows->Add(list_Sites, 1, wxEXPAND | wxALL, 2 * GAP);
@@ -131,6 +137,11 @@ void WinSites::OnHttps(wxCommandEvent&) {
     settings.SetBool(AppSettings::HTTPS_ENABLED, checkbox_Https->GetValue());
     settings.Save(paths.SettingsFile());
     UpdateButtons();
+}
+
+void WinSites::OnHttpsPort(wxSpinEvent&) {
+    settings.SetString(AppSettings::HTTPS_PORT, wxString::Format("%d", spin_HttpsPort->GetValue()));
+    settings.Save(paths.SettingsFile());
 }
 
 void WinSites::OnTrust(wxCommandEvent&) {

@@ -12,11 +12,14 @@ class wxButton;
 class wxCheckBox;
 class wxListCtrl;
 class wxListEvent;
+class wxSpinCtrl;
+class wxSpinEvent;
 class wxStaticText;
 class wxThreadEvent;
 
 // The sites made from the folders of www/: their addresses, opening one in the browser over HTTP
-// or HTTPS, serving HTTPS or not (stored at once, in force at Apache's next start) and trusting
+// or HTTPS, serving HTTPS or not and on which port (stored at once, in force at Apache's next
+// start) and trusting
 // the tree's local authority. Trusting runs mkcert on the dialog's own worker, which the dialog
 // joins before it goes; the answer comes back by event.
 class WinSites : public wxDialog {
@@ -26,6 +29,7 @@ public:
         ID_OPEN_HTTP,
         ID_OPEN_HTTPS,
         ID_HTTPS,
+        ID_HTTPS_PORT,
         ID_TRUST,
         ID_CLOSE,
         ID_TRUST_DONE,
@@ -44,6 +48,7 @@ private:
     void OnOpenHttp(wxCommandEvent& event);
     void OnOpenHttps(wxCommandEvent& event);
     void OnHttps(wxCommandEvent& event);
+    void OnHttpsPort(wxSpinEvent& event);
     void OnTrust(wxCommandEvent& event);
     void OnTrustDone(wxThreadEvent& event);
     void OnClose(wxCommandEvent& event);
@@ -58,6 +63,7 @@ private:
     wxButton* btn_OpenHttp = nullptr;
     wxButton* btn_OpenHttps = nullptr;
     wxCheckBox* checkbox_Https = nullptr;
+    wxSpinCtrl* spin_HttpsPort = nullptr;
     wxButton* btn_Trust = nullptr;
 
     wxDECLARE_EVENT_TABLE();
