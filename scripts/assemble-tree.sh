@@ -283,6 +283,9 @@ assemble_utils() {
 
 assemble_www() {
     [[ -e $TREE/www ]] || cp -R "$STACK_DIR/www" "$TREE/www"
+    # Messages caught from PHP's mail() and database backups.
+    mkdir -p "$TREE/mail" "$TREE/backups"
+    chmod 700 "$TREE/mail" "$TREE/backups"
 }
 
 # Apache started by root serves pages as www-data: it must reach www/ and write sessions, PHP's
@@ -290,7 +293,7 @@ assemble_www() {
 grant_www_data() {
     is_root || return 0
     chown www-data:www-data "$TREE/apache/sessions" "$TREE/apache/logs/php_error.log" \
-        "$TREE/utils/phpmyadmin/tmp"
+        "$TREE/utils/phpmyadmin/tmp" "$TREE/mail"
     chmod 700 "$TREE/utils/phpmyadmin/tmp"
     chown root:www-data "$TREE/utils/phpmyadmin/config.inc.php"
     chmod 640 "$TREE/utils/phpmyadmin/config.inc.php"

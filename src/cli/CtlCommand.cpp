@@ -43,6 +43,11 @@ struct Invocation {
     std::vector<wxString> words;
 };
 
+// Options that belong to one command and reach it among its arguments.
+bool IsCommandOption(const wxString& argument) {
+    return argument == "--follow" || argument == "--lines" || argument == "--into";
+}
+
 Invocation ParseOptions(const std::vector<wxString>& arguments) {
     Invocation invocation;
     for (size_t i = 0; i < arguments.size(); ++i) {
@@ -53,7 +58,7 @@ Invocation ParseOptions(const std::vector<wxString>& arguments) {
             if (i + 1 == arguments.size())
                 throw CtlUsageError("--root needs a folder");
             invocation.root = arguments[++i];
-        } else if (argument.StartsWith("--"))
+        } else if (argument.StartsWith("--") && !IsCommandOption(argument))
             throw CtlUsageError("unknown option " + Utf8(argument));
         else
             invocation.words.push_back(argument);
@@ -97,6 +102,29 @@ CtlContext::CtlContext(const wxString& programFolder, std::ostream& out, std::os
 
 void CtlContext::Print(const wxString& line) {
     out << Utf8(line) << "\n";
+}
+
+void CtlContext::Flush() {
+    out.flush();
+}
+
+wxString CtlContext::TakeOption(const wxString& name) {
+    const auto option = std::find(args.begin(), args.end(), name);
+    if (option == args.end())
+        return wxString();
+    if (option + 1 == args.end())
+        throw CtlUsageError(Utf8(name) + " needs a value");
+    const wxString value = *(option + 1);
+    args.erase(option, option + 2);
+    return value;
+}
+
+bool CtlContext::TakeFlag(const wxString& name) {
+    const auto flag = std::find(args.begin(), args.end(), name);
+    if (flag == args.end())
+        return false;
+    args.erase(flag);
+    return true;
 }
 
 void CtlContext::PrintError(const wxString& line) {

@@ -38,6 +38,7 @@ public:
     }
 
     void Print(const wxString& line);
+    void Flush();
     void PrintError(const wxString& line);
     void PrintJson(const nlohmann::json& document);
     // Rows printed with each column padded to its widest cell.
@@ -46,6 +47,10 @@ public:
     // The argument at index, or a usage error when it is missing.
     const wxString& Arg(size_t index) const;
     void ExpectArgCount(size_t minimum, size_t maximum) const;
+    // Removes "--name VALUE" from the arguments and returns VALUE ("" when absent).
+    wxString TakeOption(const wxString& name);
+    // Removes "--name" from the arguments; true when it was there.
+    bool TakeFlag(const wxString& name);
 
 private:
     std::ostream& out;

@@ -26,6 +26,22 @@ public:
     virtual wxString ReadOutput() = 0;
 };
 
+// A child that a worker feeds and drains: its standard input and output are blocking pipes that
+// carry data (a database dump, a load); its standard error goes to a file read afterwards.
+// Destruction kills a child still running and reaps it.
+class DataChild {
+public:
+    virtual ~DataChild() = default;
+    // Reads up to size bytes of the child's output: the count, 0 at its end, -1 on failure.
+    virtual long Read(char* buffer, size_t size) = 0;
+    // Writes every byte to the child's input; false when the child no longer reads it.
+    virtual bool Write(const char* data, size_t size) = 0;
+    // Ends the child's input, so that it sees the end of its data.
+    virtual void CloseInput() = 0;
+    // Waits until the child ends: its exit code, -1 when a signal ended it.
+    virtual int Wait() = 0;
+};
+
 // Cumulative processor time of one process and of the whole machine, in clock ticks.
 struct ProcessorTimes {
     std::uint64_t process = 0;
@@ -64,6 +80,9 @@ public:
 
     // Processes.
     virtual std::unique_ptr<ChildProcess> StartHidden(const ChildSpec& launch) = 0;
+    // Starts argv (no shell, found on PATH); nullptr when it cannot be run.
+    virtual std::unique_ptr<DataChild> StartDataChild(const std::vector<wxString>& argv,
+                                                      const wxString& errorFile) = 0;
     // For each name, the live processes whose executable name equals it, ignoring case; one pass
     // over the process table serves every name. Zombies are skipped.
     virtual std::vector<std::vector<long>>

@@ -20,6 +20,8 @@ public:
     wxString ProgramFileFilter() override;
 
     std::unique_ptr<ChildProcess> StartHidden(const ChildSpec& launch) override;
+    std::unique_ptr<DataChild> StartDataChild(const std::vector<wxString>& argv,
+                                              const wxString& errorFile) override;
     std::vector<std::vector<long>>
     FindProcessesByNames(const std::vector<wxString>& names) override;
     void KillProcess(long pid) override;

@@ -1,0 +1,130 @@
+#include "core/mail/MailStore.h"
+
+#include "core/InstallPaths.h"
+#include "core/mail/MailMessage.h"
+
+#include <wx/datetime.h>
+#include <wx/dir.h>
+#include <wx/ffile.h>
+#include <wx/filename.h>
+#include <wx/utils.h>
+
+#include <algorithm>
+#include <atomic>
+
+namespace {
+
+const wxString Extension = ".eml";
+// Enough for the header block of any real message; a listing never reads a whole 20 MB message.
+const size_t HeadBytes = 64 * 1024;
+
+bool ReadBytes(const wxString& path, std::string& bytes, size_t limit) {
+    wxFFile file(path, "rb");
+    if (!file.IsOpened())
+        return false;
+    const wxFileOffset length = file.Length();
+    if (length < 0)
+        return false;
+    bytes.resize(std::min(static_cast<size_t>(length), limit));
+    return file.Read(bytes.data(), bytes.size()) == bytes.size();
+}
+
+bool WriteBytes(const wxString& path, const std::string& bytes) {
+    wxFFile file(path, "wb");
+    return file.IsOpened() && file.Write(bytes.data(), bytes.size()) == bytes.size() &&
+           file.Flush() && file.Close();
+}
+
+unsigned long Counter(const wxString& id) {
+    unsigned long counter = 0;
+    id.AfterLast('-').ToULong(&counter);
+    return counter;
+}
+
+} // namespace
+
+wxString MailStore::FolderOf(const InstallPaths& paths) {
+    return paths.ProgramFolder() + "/mail";
+}
+
+bool MailStore::Catch(const std::string& bytes, wxString& id, wxString& error) const {
+    static std::atomic<int> scratchCount{0};
+    if (!wxDirExists(folder) && !wxFileName::Mkdir(folder, wxS_DIR_DEFAULT, wxPATH_MKDIR_FULL)) {
+        error = "cannot create the folder " + folder;
+        return false;
+    }
+    const wxString scratch =
+        wxString::Format("%s/.catch-%lu-%d", folder, wxGetProcessId(), scratchCount++);
+    if (!WriteBytes(scratch, bytes)) {
+        wxRemoveFile(scratch);
+        error = "cannot write in " + folder;
+        return false;
+    }
+    const wxString stamp = wxDateTime::Now().Format("%Y%m%d-%H%M%S");
+    for (int counter = 1; counter < 100000; ++counter) {
+        id = wxString::Format("%s-%d", stamp, counter);
+        const wxString target = PathOf(id);
+        if (!wxFileExists(target) && wxRenameFile(scratch, target, false))
+            return true;
+    }
+    wxRemoveFile(scratch);
+    error = "cannot name the message in " + folder;
+    return false;
+}
+
+std::vector<wxString> MailStore::Ids() const {
+    std::vector<wxString> ids;
+    wxDir dir;
+    if (!wxDirExists(folder) || !dir.Open(folder))
+        return ids;
+    wxString name;
+    for (bool more = dir.GetFirst(&name, "*" + Extension, wxDIR_FILES); more;
+         more = dir.GetNext(&name))
+        ids.push_back(name.Left(name.length() - Extension.length()));
+    std::sort(ids.begin(), ids.end(),
+              [](const wxString& a, const wxString& b) { return IsNewer(a, b); });
+    return ids;
+}
+
+std::vector<MailSummary> MailStore::List() const {
+    std::vector<MailSummary> summaries;
+    for (const wxString& id : Ids()) {
+        std::string head;
+        if (!ReadBytes(PathOf(id), head, HeadBytes))
+            continue; // removed meanwhile
+        const MailMessage message = MailMessage::Parse(head, false);
+        summaries.push_back({id, message.Header("Date"), message.Header("From"),
+                             message.Header("To"), message.Header("Subject")});
+    }
+    return summaries;
+}
+
+bool MailStore::Read(const wxString& id, std::string& raw) const {
+    const wxString path = PathOf(id);
+    return !path.empty() && ReadBytes(path, raw, std::string::npos);
+}
+
+bool MailStore::Remove(const wxString& id) const {
+    const wxString path = PathOf(id);
+    return !path.empty() && wxFileExists(path) && wxRemoveFile(path);
+}
+
+bool MailStore::Clear() const {
+    bool all = true;
+    for (const wxString& id : Ids())
+        all = Remove(id) && all;
+    return all;
+}
+
+wxString MailStore::PathOf(const wxString& id) const {
+    if (id.empty() || id.StartsWith(".") || id.find_first_of("/\\") != wxString::npos)
+        return wxString();
+    return folder + "/" + id + Extension;
+}
+
+bool MailStore::IsNewer(const wxString& id, const wxString& than) {
+    const wxString stamp = id.BeforeLast('-'), otherStamp = than.BeforeLast('-');
+    if (stamp != otherStamp)
+        return stamp > otherStamp;
+    return Counter(id) > Counter(than);
+}
