@@ -24,11 +24,13 @@ std::vector<wxString> LogFollower::Open() {
     pending.clear();
     head = Head();
     const wxFileOffset length = Length(path);
-    offset = std::max<wxFileOffset>(0, length - static_cast<wxFileOffset>(tailBytes));
+    const wxFileOffset start =
+        std::max<wxFileOffset>(0, length - static_cast<wxFileOffset>(tailBytes));
+    offset = start;
     std::string bytes;
-    if (!ReadFrom(offset, bytes))
+    if (!ReadFrom(start, bytes))
         return {};
-    if (offset > 0) {
+    if (start > 0) {
         const size_t firstEnd = bytes.find('\n');
         bytes.erase(0, firstEnd == std::string::npos ? bytes.size() : firstEnd + 1);
     }

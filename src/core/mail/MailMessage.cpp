@@ -69,6 +69,8 @@ Entity SplitEntity(const std::string& text) {
         if (end == std::string::npos)
             end = text.size();
         const std::string line = text.substr(position, end - position);
+        if (line.empty() && entity.fields.empty())
+            return Entity{{}, text};
         if (line.empty()) {
             entity.body = text.substr(std::min(end + 1, text.size()));
             return entity;

@@ -7,6 +7,7 @@
 #include <wx/dir.h>
 #include <wx/ffile.h>
 #include <wx/filename.h>
+#include <wx/log.h>
 #include <wx/utils.h>
 
 #include <algorithm>
@@ -49,6 +50,7 @@ wxString MailStore::FolderOf(const InstallPaths& paths) {
 
 bool MailStore::Catch(const std::string& bytes, wxString& id, wxString& error) const {
     static std::atomic<int> scratchCount{0};
+    wxLogNull quiet; // the error says what failed
     if (!wxDirExists(folder) && !wxFileName::Mkdir(folder, wxS_DIR_DEFAULT, wxPATH_MKDIR_FULL)) {
         error = "cannot create the folder " + folder;
         return false;
