@@ -14,7 +14,8 @@ void WriteGzip(const wxString& path, const std::string& text) {
     zip.Write(text.data(), text.size());
 }
 
-const std::string CompleteDump = "-- MariaDB dump 10.19  Distrib 10.11.19-MariaDB\n"
+const std::string CompleteDump = "/*M!999999\\- enable the sandbox mode */ \n"
+                                 "-- MariaDB dump 10.19  Distrib 10.11.19-MariaDB\n"
                                  "CREATE TABLE t (a int);\n"
                                  "INSERT INTO t VALUES (1);\n"
                                  "-- Dump completed on 2026-11-23 10:15:00\n";
@@ -43,8 +44,8 @@ TEST(DatabaseTool, OnlyACompleteIntactDumpPassesTheCheck) {
     DatabaseError error;
     EXPECT_TRUE(DatabaseTool::CheckBackup(dir.File("whole.sql.gz"), error));
     EXPECT_TRUE(DatabaseTool::CheckBackup(dir.File("plain.sql"), error));
-    for (const char* bad : {"cut.sql.gz", "unfinished.sql.gz", "photo.sql.gz", "garbage.sql.gz",
-                            "missing.sql.gz"}) {
+    for (const char* bad :
+         {"cut.sql.gz", "unfinished.sql.gz", "photo.sql.gz", "garbage.sql.gz", "missing.sql.gz"}) {
         EXPECT_FALSE(DatabaseTool::CheckBackup(dir.File(bad), error)) << bad;
         EXPECT_EQ(error.key, "DB_BAD_BACKUP");
         EXPECT_EQ(error.detail, dir.File(bad));

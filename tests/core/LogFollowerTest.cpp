@@ -64,8 +64,8 @@ TEST_F(GrowingLog, AnEmptiedRemovedOrReplacedLogIsFollowedFromItsNewStart) {
     ASSERT_TRUE(wxRemoveFile(path));
     EXPECT_TRUE(follower.Poll().empty());
     Add("[Wed] a new log that is longer than the old one was\n[Wed] two\n");
-    EXPECT_EQ(follower.Poll(), Lines({"[Wed] a new log that is longer than the old one was",
-                                      "[Wed] two"}));
+    EXPECT_EQ(follower.Poll(),
+              Lines({"[Wed] a new log that is longer than the old one was", "[Wed] two"}));
 }
 
 TEST(LogLines, FilterPauseAndCapacityKeepTheShownLinesRight) {

@@ -16,14 +16,14 @@ wxString U(const char* utf8) {
 } // namespace
 
 TEST(MailMessage, HeadersAreUnfoldedAndEncodedWordsDecodedInAnyCharset) {
-    const MailMessage message = MailMessage::Parse(
-        "From: =?ISO-8859-1?Q?Ren=E9?= <rene@site.test>\r\n"
-        "To: a@b.test,\r\n"
-        "\tc@d.test\r\n"
-        "Subject: =?UTF-8?B?aMOpbGxv?= =?UTF-8?Q?_w=C3=B6rld?= and more\r\n"
-        "X-Cyrillic: =?KOI8-R?B?8NLJ18XU?=\r\n"
-        "\r\n"
-        "body\r\n");
+    const MailMessage message =
+        MailMessage::Parse("From: =?ISO-8859-1?Q?Ren=E9?= <rene@site.test>\r\n"
+                           "To: a@b.test,\r\n"
+                           "\tc@d.test\r\n"
+                           "Subject: =?UTF-8?B?aMOpbGxv?= =?UTF-8?Q?_w=C3=B6rld?= and more\r\n"
+                           "X-Cyrillic: =?KOI8-R?B?8NLJ18XU?=\r\n"
+                           "\r\n"
+                           "body\r\n");
     EXPECT_EQ(message.Header("from"), U("René <rene@site.test>"));
     EXPECT_EQ(message.Header("TO"), "a@b.test, c@d.test");
     EXPECT_EQ(message.Header("Subject"), U("héllo wörld and more"));

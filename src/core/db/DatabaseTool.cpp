@@ -20,7 +20,8 @@
 namespace {
 
 const size_t ChunkBytes = 256 * 1024;
-// The client writes this line first and, when the dump is complete, the last line below.
+// The client writes this line first (after a sandbox-mode line in recent versions) and, when the
+// dump is complete, the last line below.
 const std::string DumpStarts[] = {"-- MariaDB dump", "-- MySQL dump"};
 const std::string DumpEnd = "-- Dump completed";
 // Fast compression: the dump is large and a backup is made often; the client waits for it.
@@ -58,8 +59,11 @@ wxString QuoteText(const wxString& text) {
 }
 
 bool StartsAsDump(const std::string& bytes) {
+    const size_t firstEnd = bytes.find('\n');
+    const size_t second = firstEnd == std::string::npos ? bytes.size() : firstEnd + 1;
     for (const std::string& start : DumpStarts)
-        if (bytes.compare(0, start.size(), start) == 0)
+        if (bytes.compare(0, start.size(), start) == 0 ||
+            bytes.compare(second, start.size(), start) == 0)
             return true;
     return false;
 }
