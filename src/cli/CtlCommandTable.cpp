@@ -37,6 +37,16 @@ const std::vector<CtlCommandSpec>& CtlCommandTable() {
 
         {{"catalogue", "module"}, "NAME [--json]", CatalogueModule, reads},
         {{"catalogue", "extension"}, "NAME [--json]", CatalogueExtension, reads},
+
+        {{"logs"}, "apache-error|apache-access|php|mysql [--lines N] [--follow]", Logs, reads},
+        {{"db", "list"}, "[--json]", DbList, reads},
+        {{"db", "backup"}, "[NAME...]", DbBackup, changes},
+        {{"db", "restore"}, "FILE [--into NAME]", DbRestore, changes},
+        // PHP runs it while the panel holds the tree; it only adds a file to the mail folder.
+        {{"mail", "catch"}, "(the message on standard input)", MailCatch, reads},
+        {{"mail", "list"}, "[--json]", MailList, reads},
+        {{"mail", "show"}, "ID", MailShow, reads},
+        {{"mail", "clear"}, "", MailClear, changes},
     };
     return table;
 }

@@ -45,4 +45,14 @@ void CatalogueExtension(CtlContext& context);
 void Sites(CtlContext& context);
 void Https(CtlContext& context);
 
+// CtlToolCommands.cpp
+void Logs(CtlContext& context);
+void DbList(CtlContext& context);
+void DbBackup(CtlContext& context);
+void DbRestore(CtlContext& context);
+void MailCatch(CtlContext& context);
+void MailList(CtlContext& context);
+void MailShow(CtlContext& context);
+void MailClear(CtlContext& context);
+
 } // namespace CtlCommands

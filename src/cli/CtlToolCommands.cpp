@@ -1,5 +1,5 @@
 // kovixctl commands of the developer's tools: logs, db, mail.
-#include "cli/CtlCommand.h"
+#include "cli/CtlCommands.h"
 #include "core/db/DatabaseTool.h"
 #include "core/lang/LangTable.h"
 #include "core/logs/LogCatalog.h"
@@ -22,6 +22,32 @@ void PrintLines(CtlContext& context, const std::vector<wxString>& lines, size_t 
     context.Flush();
 }
 
+wxString HumanSize(long long bytes) {
+    const char* units[] = {"B", "KB", "MB", "GB", "TB"};
+    double size = static_cast<double>(bytes);
+    size_t unit = 0;
+    for (; size >= 1024 && unit + 1 < std::size(units); ++unit)
+        size /= 1024;
+    return unit == 0 ? wxString::Format("%lld B", bytes)
+                     : wxString::Format("%.1f %s", size, units[unit]);
+}
+
+std::vector<DatabaseInfo> ListDatabases(const DatabaseTool& tool) {
+    std::vector<DatabaseInfo> databases;
+    DatabaseError error;
+    if (!tool.List(databases, error))
+        throw CtlFailure(DatabaseErrorText(error));
+    return databases;
+}
+
+MailStore TreeMail(const CtlContext& context) {
+    return MailStore(MailStore::FolderOf(context.paths));
+}
+
+} // namespace
+
+namespace CtlCommands {
+
 void Logs(CtlContext& context) {
     const wxString count = context.TakeOption("--lines");
     const bool follow = context.TakeFlag("--follow");
@@ -39,24 +65,6 @@ void Logs(CtlContext& context) {
         std::this_thread::sleep_for(FollowInterval);
         PrintLines(context, follower.Poll(), std::string::npos);
     }
-}
-
-wxString HumanSize(long long bytes) {
-    const char* units[] = {"B", "KB", "MB", "GB", "TB"};
-    double size = static_cast<double>(bytes);
-    size_t unit = 0;
-    for (; size >= 1024 && unit + 1 < std::size(units); ++unit)
-        size /= 1024;
-    return unit == 0 ? wxString::Format("%lld B", bytes)
-                     : wxString::Format("%.1f %s", size, units[unit]);
-}
-
-std::vector<DatabaseInfo> ListDatabases(const DatabaseTool& tool) {
-    std::vector<DatabaseInfo> databases;
-    DatabaseError error;
-    if (!tool.List(databases, error))
-        throw CtlFailure(DatabaseErrorText(error));
-    return databases;
 }
 
 void DbList(CtlContext& context) {
@@ -112,10 +120,6 @@ void DbRestore(CtlContext& context) {
                          into.empty() ? DatabaseTool::DatabaseOfBackup(context.Arg(0)) : into));
 }
 
-MailStore TreeMail(const CtlContext& context) {
-    return MailStore(MailStore::FolderOf(context.paths));
-}
-
 // PHP's sendmail_path: the message arrives on standard input.
 void MailCatch(CtlContext& context) {
     std::cin >> std::noskipws;
@@ -164,14 +168,4 @@ void MailClear(CtlContext& context) {
         throw CtlFailure("cannot remove every message in " + MailStore::FolderOf(context.paths));
 }
 
-const CtlRegistrar logs({"logs"}, "apache-error|apache-access|php|mysql [--lines N] [--follow]",
-                        Logs);
-const CtlRegistrar dbList({"db", "list"}, "[--json]", DbList);
-const CtlRegistrar dbBackup({"db", "backup"}, "[NAME...]", DbBackup);
-const CtlRegistrar dbRestore({"db", "restore"}, "FILE [--into NAME]", DbRestore);
-const CtlRegistrar mailCatch({"mail", "catch"}, "(the message on standard input)", MailCatch);
-const CtlRegistrar mailList({"mail", "list"}, "[--json]", MailList);
-const CtlRegistrar mailShow({"mail", "show"}, "ID", MailShow);
-const CtlRegistrar mailClear({"mail", "clear"}, "", MailClear);
-
-} // namespace
+} // namespace CtlCommands
