@@ -13,7 +13,9 @@
 # php-extensions-en.png and php-settings-en.png, and the sites dialog: sites-en.png. Without
 # OUT_DIR the pictures go to docs/screenshots/, and the English running main window, the Apache
 # dialog's virtual-host page and the sites dialog are copied to docs/screenshot-main.png,
-# docs/apache-dialog.png and docs/sites-dialog.png for the README.
+# docs/apache-dialog.png and docs/sites-dialog.png for the README. The tool window tests add the
+# log viewer, the Databases and the Mail windows: log-viewer-en.png, databases-en.png, mail-en.png
+# (copied to docs/ too).
 #
 set -euo pipefail
 
@@ -32,11 +34,14 @@ mkdir -p "$out"
 out="$(cd "$out" && pwd)"
 
 KOVIX_SCREENSHOTS_DIR="$out" xvfb-run -a -s "-screen 0 1280x1024x24" \
-    "$build/tests/gui_tests" --gtest_filter='ScreenshotTest.*:ConfigDialogScreenshotTest.*'
+    "$build/tests/gui_tests" --gtest_filter='ScreenshotTest.*:ConfigDialogScreenshotTest.*:ToolWindows.*'
 
 if [ -z "${1:-}" ]; then
     cp "$out/main-en-running.png" "$here/docs/screenshot-main.png"
     cp "$out/apache-hosts-en.png" "$here/docs/apache-dialog.png"
     cp "$out/sites-en.png" "$here/docs/sites-dialog.png"
+    for tool in log-viewer databases mail; do
+        cp "$out/$tool-en.png" "$here/docs/$tool-window.png"
+    done
 fi
 echo "Screenshots in $out"

@@ -1,5 +1,7 @@
 #include "gui/WinKovix.h"
 
+#include "gui/tools/ToolsPanel.h"
+
 #include "core/AppSettings.h"
 #include "core/PhpVersions.h"
 #include "core/lang/LangTable.h"
@@ -301,7 +303,12 @@ wxSizer* WinKovix::BuildToolsGroup(wxPanel* parent) {
     lastCell->Add(WxButtonToolsPlus, 0, wxRIGHT, GAP);
     lastCell->Add(btn_Sites, 1, wxEXPAND);
     grid->Add(lastCell, 0, wxEXPAND);
-    tools->SetSizer(grid);
+    // The developer's tools take a row of their own under the grid.
+    toolsPanel = new ToolsPanel(tools, paths);
+    auto* column = new wxBoxSizer(wxVERTICAL);
+    column->Add(grid, 0, wxEXPAND);
+    column->Add(toolsPanel, 0, wxEXPAND | wxTOP, GAP);
+    tools->SetSizer(column);
     group->Add(new wxStaticBitmap(groupTools, ID_BITMAP_GLOBE, Images::Globe(), wxDefaultPosition,
                                   wxDefaultSize, 0, "staticBitmap"),
                0, wxALIGN_TOP | wxALL, GAP);
@@ -406,6 +413,7 @@ void WinKovix::ApplyTexts() {
     WxStaticText3->SetLabel(GetLangText("PHP_VERSION2"));
     btn_ApacheConf->SetLabel(GetLangText("APACHE_CONFIG"));
     btn_PhpExt->SetLabel(GetLangText("PHP_CONFIG"));
+    toolsPanel->ApplyTexts();
     panel->Layout();
 }
 

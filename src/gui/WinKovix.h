@@ -35,6 +35,8 @@ class wxTextCtrl;
 // templates, and restarts the servers when a template or the PHP version changes. A 500 ms status
 // timer drives everything that follows the servers' state; a start command sets the busy flag,
 // which makes the tick stand aside until it is done.
+class ToolsPanel;
+
 class WinKovix : public wxFrame {
 public:
     enum {
@@ -251,6 +253,7 @@ private:
     wxButton* WxButtonWWW = nullptr;
     wxButton* WxButtonWWWF = nullptr;
     wxBitmapButton* WxButtonToolsPlus = nullptr;
+    ToolsPanel* toolsPanel = nullptr;
     wxButton* btn_Sites = nullptr;
     wxButton* WxButtonPref = nullptr;
     wxStaticText* WxStaticText3 = nullptr;

@@ -33,6 +33,7 @@ TEST_F(GrowingLog, FollowsCompleteLinesOnlyAndDecodesEachLine) {
     EXPECT_TRUE(follower.Open().empty()); // no file yet
     Add("first\r\nsec");
     EXPECT_EQ(follower.Poll(), Lines({"first"}));
+    EXPECT_FALSE(follower.Restarted());
     EXPECT_TRUE(follower.Poll().empty());
     Add("ond\ncaf\xC3\xA9\nd\xE9j\xE0\n");
     EXPECT_EQ(follower.Poll(), Lines({"second", "café", "déjà"}));
@@ -60,6 +61,7 @@ TEST_F(GrowingLog, AnEmptiedRemovedOrReplacedLogIsFollowedFromItsNewStart) {
     ASSERT_TRUE(wxFFile(path, "wb").IsOpened());
     Add("[Tue] after truncation\n");
     EXPECT_EQ(follower.Poll(), Lines({"[Tue] after truncation"}));
+    EXPECT_TRUE(follower.Restarted());
     // Removed by the panel's clean, and a longer file takes its name before the next look.
     ASSERT_TRUE(wxRemoveFile(path));
     EXPECT_TRUE(follower.Poll().empty());

@@ -39,7 +39,8 @@ std::vector<wxString> LogFollower::Open() {
 
 std::vector<wxString> LogFollower::Poll() {
     const wxFileOffset length = Length(path);
-    if (WasReplaced(length))
+    restarted = WasReplaced(length);
+    if (restarted)
         return Open();
     std::string bytes;
     if (length == offset || !ReadFrom(offset, bytes))

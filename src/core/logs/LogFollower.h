@@ -20,6 +20,8 @@ public:
 
     std::vector<wxString> Open();
     std::vector<wxString> Poll();
+    // True when the last Poll found the log replaced and read it from its new start.
+    bool Restarted() const { return restarted; }
 
     const wxString& Path() const { return path; }
 
@@ -35,4 +37,5 @@ private:
     wxFileOffset offset = 0;
     std::string head;    // the first bytes of the file followed, to notice a new file
     std::string pending; // a line not yet ended
+    bool restarted = false;
 };

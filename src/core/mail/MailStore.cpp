@@ -101,6 +101,13 @@ std::vector<MailSummary> MailStore::List() const {
     return summaries;
 }
 
+size_t MailStore::CountNewerThan(const wxString& id) const {
+    const std::vector<wxString> ids = Ids();
+    return static_cast<size_t>(std::count_if(ids.begin(), ids.end(), [&](const wxString& other) {
+        return id.empty() || IsNewer(other, id);
+    }));
+}
+
 bool MailStore::Read(const wxString& id, std::string& raw) const {
     const wxString path = PathOf(id);
     return !path.empty() && ReadBytes(path, raw, std::string::npos);

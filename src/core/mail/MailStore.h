@@ -36,6 +36,9 @@ public:
     // The file of a message; "" for an id that is not one (a path, a hidden name).
     wxString PathOf(const wxString& id) const;
 
+    // How many messages are newer than the message id ("": all of them). Reads names only.
+    size_t CountNewerThan(const wxString& id) const;
+
     // Newer ids compare greater (the counter compared as a number).
     static bool IsNewer(const wxString& id, const wxString& than);
 
