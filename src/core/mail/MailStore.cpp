@@ -42,6 +42,15 @@ unsigned long Counter(const wxString& id) {
     return counter;
 }
 
+// PHP's mail() writes no Date field: the id tells when the message was caught.
+wxString CatchTime(const wxString& id) {
+    wxDateTime time;
+    wxString::const_iterator end;
+    return time.ParseFormat(id.BeforeLast('-'), "%Y%m%d-%H%M%S", &end)
+               ? time.Format("%Y-%m-%d %H:%M:%S")
+               : wxString();
+}
+
 } // namespace
 
 wxString MailStore::FolderOf(const InstallPaths& paths) {
@@ -95,7 +104,8 @@ std::vector<MailSummary> MailStore::List() const {
         if (!ReadBytes(PathOf(id), head, HeadBytes))
             continue; // removed meanwhile
         const MailMessage message = MailMessage::Parse(head, false);
-        summaries.push_back({id, message.Header("Date"), message.Header("From"),
+        const wxString date = message.Header("Date");
+        summaries.push_back({id, date.empty() ? CatchTime(id) : date, message.Header("From"),
                              message.Header("To"), message.Header("Subject")});
     }
     return summaries;

@@ -10,7 +10,7 @@ class InstallPaths;
 // What a listing shows of one caught message.
 struct MailSummary {
     wxString id;
-    wxString date;
+    wxString date; // the Date field, else the time the message was caught
     wxString from;
     wxString to;
     wxString subject;

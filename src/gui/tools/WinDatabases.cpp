@@ -59,7 +59,8 @@ void WinDatabases::BuildControls() {
     }
     gauge = new wxGauge(this, wxID_ANY, 1000);
     row->Add(gauge, 1, wxALIGN_CENTER_VERTICAL);
-    status = new wxStaticText(this, wxID_ANY, "", wxDefaultPosition, wxSize(460, -1),
+    // Room for the few lines a failing client says.
+    status = new wxStaticText(this, wxID_ANY, "", wxDefaultPosition, wxSize(460, 64),
                               wxST_NO_AUTORESIZE);
     auto* column = new wxBoxSizer(wxVERTICAL);
     column->Add(list, 1, wxEXPAND | wxALL, Gap);
@@ -124,10 +125,14 @@ void WinDatabases::OnBackup(wxCommandEvent&) {
         DatabaseTool tool(treePaths);
         outcome.ok = true;
         outcome.doneKey = "DB_BACKUP_DONE";
-        for (size_t i = 0; outcome.ok && i < chosen.size(); ++i)
+        wxString file;
+        // The file names are said, not their folder: the line stays short.
+        for (size_t i = 0; outcome.ok && i < chosen.size(); ++i) {
             outcome.ok = tool.Backup(
-                chosen[i].name, chosen[i].bytes, outcome.doneArgument, outcome.error,
+                chosen[i].name, chosen[i].bytes, file, outcome.error,
                 [&](double fraction) { return progress((i + fraction) / chosen.size()); });
+            outcome.doneArgument += (i > 0 ? ", " : "") + wxFileName(file).GetFullName();
+        }
         DatabaseError ignored;
         outcome.listed = tool.List(outcome.databases, ignored);
         return outcome;
@@ -164,11 +169,13 @@ void WinDatabases::OnDone(wxThreadEvent& event) {
     }
     if (!outcome.ok) {
         status->SetLabel(DatabaseErrorText(outcome.error));
+        status->Wrap(status->GetSize().x);
         return;
     }
     status->SetLabel(outcome.doneKey.empty()
                          ? wxString()
                          : wxString::Format(GetLangText(outcome.doneKey), outcome.doneArgument));
+    status->Wrap(status->GetSize().x);
 }
 
 void WinDatabases::ShowList() {
