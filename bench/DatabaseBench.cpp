@@ -52,7 +52,8 @@ int main(int argc, char** argv) {
                                         "UNION ALL SELECT i + 1 FROM n WHERE i < %ld) SELECT i, "
                                         "CONCAT(SHA2(i, 512), SHA2(i + 1, 512), SHA2(i + 2, 512), "
                                         "SHA2(i + 3, 512), SHA2(i + 4, 512), SHA2(i + 5, 512), "
-                                        "SHA2(i + 6, 512), SHA2(i + 7, 512)) FROM n\"",
+                                        "SHA2(i + 6, 512), SHA2(i + 7, 512)) FROM n; "
+                                        "ANALYZE TABLE bench.t\"",
                                         rows, rows)),
                   "data");
         });

@@ -1,6 +1,7 @@
 #include "gui/tools/WinDatabases.h"
 
 #include "core/lang/LangTable.h"
+#include "gui/tools/ActionButtons.h"
 
 #include <wx/button.h>
 #include <wx/filedlg.h>
@@ -46,17 +47,10 @@ void WinDatabases::BuildControls() {
     list->AppendColumn(GetLangText("DB_TABLES"), wxLIST_FORMAT_RIGHT, 80);
     list->AppendColumn(GetLangText("DB_SIZE"), wxLIST_FORMAT_RIGHT, 110);
     auto* row = new wxBoxSizer(wxHORIZONTAL);
-    const std::pair<const char*, void (WinDatabases::*)(wxCommandEvent&)> actions[] = {
-        {"DB_BACKUP", &WinDatabases::OnBackup},
-        {"DB_RESTORE", &WinDatabases::OnRestore},
-        {"DB_REFRESH", &WinDatabases::OnRefresh}};
-    for (const auto& [key, handler] : actions) {
-        auto* button = new wxButton(this, wxID_ANY, GetLangText(key), wxDefaultPosition,
-                                    wxDefaultSize, 0, wxDefaultValidator, key);
-        button->Bind(wxEVT_BUTTON, handler, this);
-        row->Add(button, 0, wxRIGHT, Gap);
-        buttons.push_back(button);
-    }
+    buttons = AddActionButtons(this, row, Gap,
+                               {{"DB_BACKUP", &WinDatabases::OnBackup},
+                                {"DB_RESTORE", &WinDatabases::OnRestore},
+                                {"DB_REFRESH", &WinDatabases::OnRefresh}});
     gauge = new wxGauge(this, wxID_ANY, 1000);
     row->Add(gauge, 1, wxALIGN_CENTER_VERTICAL);
     // Room for the few lines a failing client says.

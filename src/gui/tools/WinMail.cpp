@@ -3,6 +3,7 @@
 #include "core/InstallPaths.h"
 #include "core/lang/LangTable.h"
 #include "core/mail/MailMessage.h"
+#include "gui/tools/ActionButtons.h"
 
 #include <wx/button.h>
 #include <wx/listctrl.h>
@@ -36,16 +37,10 @@ void WinMail::BuildControls() {
                           wxTE_MULTILINE | wxTE_READONLY | wxTE_DONTWRAP, wxDefaultValidator,
                           "text_Message");
     auto* row = new wxBoxSizer(wxHORIZONTAL);
-    const std::pair<const char*, void (WinMail::*)(wxCommandEvent&)> actions[] = {
-        {"MAIL_OPEN", &WinMail::OnOpen},
-        {"MAIL_DELETE", &WinMail::OnDelete},
-        {"MAIL_DELETE_ALL", &WinMail::OnDeleteAll}};
-    for (const auto& [key, handler] : actions) {
-        auto* button = new wxButton(this, wxID_ANY, GetLangText(key), wxDefaultPosition,
-                                    wxDefaultSize, 0, wxDefaultValidator, key);
-        button->Bind(wxEVT_BUTTON, handler, this);
-        row->Add(button, 0, wxRIGHT, Gap);
-    }
+    AddActionButtons(this, row, Gap,
+                     {{"MAIL_OPEN", &WinMail::OnOpen},
+                      {"MAIL_DELETE", &WinMail::OnDelete},
+                      {"MAIL_DELETE_ALL", &WinMail::OnDeleteAll}});
     auto* column = new wxBoxSizer(wxVERTICAL);
     column->Add(list, 1, wxEXPAND | wxALL, Gap);
     column->Add(text, 2, wxEXPAND | wxLEFT | wxRIGHT, Gap);
