@@ -12,6 +12,8 @@ extern char** environ;
 
 namespace {
 
+const int PipeBytes = 1024 * 1024;
+
 class PosixDataChild : public DataChild {
 public:
     PosixDataChild(pid_t pid, int outputFd, int inputFd)
@@ -93,6 +95,9 @@ std::unique_ptr<DataChild> PosixPlatform::StartDataChild(const std::vector<wxStr
         close(errorFd);
         return nullptr;
     }
+    // Large pipes let the child run on while this side compresses or decompresses a chunk.
+    for (int fd : {input[1], output[0]})
+        fcntl(fd, F_SETPIPE_SZ, PipeBytes);
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_adddup2(&actions, input[0], STDIN_FILENO);
