@@ -114,7 +114,10 @@ TEST_F(Sites, FoldersAnswerAtTheirOwnNamesOverHttpAndTrustedHttps) {
     EXPECT_EQ(SyntaxCheck().err, "Syntax OK\n");
 }
 
+// Folder names that Apache would misread unless written with care.
 TEST_F(Sites, SitesOffAndHttpsOffLeaveNoSiteConfigurationAndApacheAcceptsEachCombination) {
+    for (const char* folder : {"www/say \"hi\" now", "www/back\\slash", "www/line\nbreak"})
+        wxMkdir(tree.File(folder));
     for (const char* https : {"on", "off"}) {
         for (bool sites : {true, false}) {
             Ctl({"https", https});
@@ -129,6 +132,13 @@ TEST_F(Sites, SitesOffAndHttpsOffLeaveNoSiteConfigurationAndApacheAcceptsEachCom
         }
     }
     EXPECT_EQ(Ctl({"sites"}).out, "") << "sites off";
+    std::ofstream(tree.File("kovix.ini").utf8_string(), std::ios::app) << "SITES_ENABLED = \"1\"\n";
+    const CommandResult listing = Ctl({"sites"});
+    EXPECT_NE(listing.out.Find("http://say--hi--now.localhost"), wxNOT_FOUND) << listing.out;
+    EXPECT_NE(listing.out.Find("http://back-slash.localhost"), wxNOT_FOUND);
+    EXPECT_NE(listing.err.Find("break is not served as a site: its name holds a line break"),
+              wxNOT_FOUND)
+        << listing.err;
 }
 
 // Each part that cannot be made is said, and Apache starts without it.

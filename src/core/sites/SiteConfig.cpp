@@ -16,8 +16,12 @@ const char* const Header =
     "# also served at NAME.localhost. Edits are lost at the next start.\n"
     "#\n";
 
+// Apache reads \\ and \" inside a quoted argument as the character itself.
 wxString Quoted(const wxString& path) {
-    return "\"" + path + "\"";
+    wxString escaped = path;
+    escaped.Replace("\\", "\\\\");
+    escaped.Replace("\"", "\\\"");
+    return "\"" + escaped + "\"";
 }
 
 // The site folders lie inside www/, so the access rules of the main site (online or offline)

@@ -28,6 +28,14 @@ bool IsLabelCharacter(wxUniChar c) {
     return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '-';
 }
 
+// A line break would end the configuration line that names the folder.
+bool HasControlCharacter(const wxString& text) {
+    for (wxUniChar c : text)
+        if (c < 0x20 || c == 0x7f)
+            return true;
+    return false;
+}
+
 } // namespace
 
 wxString SiteList::NameOf(const wxString& folderName) {
@@ -49,7 +57,9 @@ SiteList SiteList::Scan(const wxString& wwwFolder) {
             continue;
         const wxString folder = wwwFolder + "/" + folderName;
         const wxString name = NameOf(folderName);
-        if (name.empty()) {
+        if (HasControlCharacter(folderName)) {
+            list.skipped.push_back({folder, GetLangText("SITE_CONTROL_CHARACTER")});
+        } else if (name.empty()) {
             list.skipped.push_back({folder, GetLangText("SITE_NO_VALID_NAME")});
         } else if (folderOfName.count(name)) {
             list.skipped.push_back(
