@@ -10,6 +10,7 @@
 
 #include <netinet/in.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -186,6 +187,26 @@ TEST_F(Sites, MissingMkcertUnwritableAuthorityFolderOrHeldPortLeaveHttpsOutButAp
               wxNOT_FOUND)
         << held.err;
     EXPECT_EQ(Get(Http("shop.localhost")), "shop 200");
+}
+
+// An ordinary user whose tree holds an authority folder it may not write: said, HTTPS left out.
+TEST_F(Sites, AnAuthorityFolderTheUserMayNotWriteLeavesHttpsOut) {
+    Ctl({"https", "on"});
+    wxFileName::Mkdir(tree.File("ssl/ca"), 0755, wxPATH_MKDIR_FULL);
+    ASSERT_EQ(RunCommand({"chown", "-R", "nobody:nogroup", tree.Root()}).exitCode, 0);
+    ASSERT_EQ(chown(tree.File("ssl/ca").utf8_str(), 0, 0), 0);
+    chmod(wxFileName(tree.Root()).GetPath().utf8_str(), 0711); // the temporary folder above
+    const CommandResult generate =
+        RunCommand({"setpriv", "--reuid=nobody", "--regid=nogroup", "--clear-groups", KOVIXCTL_PATH,
+                    "--root", tree.Root(), "generate"});
+    EXPECT_EQ(generate.exitCode, 0) << generate.err;
+    EXPECT_NE(generate.err.Find("HTTPS is not served: the folder of the local authority " +
+                                tree.File("ssl/ca") + " cannot be written."),
+              wxNOT_FOUND)
+        << generate.err;
+    const std::string live = ReadBytes(tree.File("apache/conf/sites.conf"));
+    EXPECT_EQ(live.find("SSL"), std::string::npos);
+    EXPECT_NE(live.find("ServerName shop.localhost"), std::string::npos);
 }
 
 // The authority goes into this user's browser database, never into the system's.
