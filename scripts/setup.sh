@@ -18,6 +18,7 @@ packages=(
     mkcert libnss3-tools openssl
     # running and testing the window without a desktop
     xvfb xauth x11-utils imagemagick fonts-dejavu-core shared-mime-info xdg-utils curl procps
+    locales
 )
 
 missing_packages() {
@@ -54,6 +55,13 @@ install_missing() {
     return 0
 }
 
+# The tests start the servers under a French locale, which exists only once generated.
+generate_locale() {
+    locale -a 2>/dev/null | grep -qix 'fr_FR.utf8' && return 0
+    echo "== Generating the fr_FR.UTF-8 locale"
+    as_root localedef -i fr_FR -f UTF-8 fr_FR.UTF-8
+}
+
 build_project() {
     echo "== Building in $build"
     cmake -S "$here" -B "$build" -DCMAKE_BUILD_TYPE=Release >/dev/null
@@ -68,5 +76,6 @@ assemble_tree() {
 }
 
 install_missing
+generate_locale
 build_project
 assemble_tree

@@ -3,6 +3,8 @@
 #include "core/TextFiles.h"
 #include "core/lang/LangTable.h"
 
+#include <wx/filename.h>
+
 #include <algorithm>
 #include <ostream>
 
@@ -68,12 +70,24 @@ Invocation ParseOptions(const std::vector<wxString>& arguments) {
     return invocation;
 }
 
+// Absolute, so that the generated files never hold a path relative to the caller's folder.
+wxString ProgramFolder(const Invocation& invocation) {
+    if (invocation.root.empty())
+        return InstallPaths::ExecutableFolder();
+    wxFileName folder = wxFileName::DirName(invocation.root);
+    folder.MakeAbsolute();
+    return folder.GetPath();
+}
+
 int Execute(const Invocation& invocation, std::ostream& out, std::ostream& err) {
     const CtlCommandSpec* command = FindCommand(invocation.words);
     if (!command)
         throw CtlUsageError("unknown command " + Utf8(invocation.words.front()));
-    const wxString root =
-        invocation.root.empty() ? InstallPaths::ExecutableFolder() : invocation.root;
+    const wxString root = ProgramFolder(invocation);
+    if (!wxDirExists(root)) {
+        err << "kovixctl: no folder " << Utf8(root) << "\n";
+        return 1;
+    }
     CtlContext context(root, out, err);
     context.json = invocation.json;
     context.args.assign(invocation.words.begin() + command->words.size(), invocation.words.end());

@@ -10,9 +10,10 @@ void Port(CtlContext& context) {
         context.Print(wxString::Format("%d", context.settings.GetPort()));
         return;
     }
+    const long lowest = 1, highest = 65535;
     long port = 0;
-    if (!ParseDecimal(context.Arg(0), port))
-        throw CtlUsageError("the port must be a decimal integer");
+    if (!ParseDecimal(context.Arg(0), port) || port < lowest || port > highest)
+        throw CtlUsageError("the port must be a decimal integer from 1 to 65535");
     context.settings.SetPortText(context.Arg(0));
     context.SettingsChanged();
 }

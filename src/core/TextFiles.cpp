@@ -14,6 +14,7 @@
 namespace TextFiles {
 
 void InitEncoding() {
+    Platform::Get().UseUtf8Texts();
     wxConvAuto::SetFallbackEncoding(wxFONTENCODING_CP1252);
 }
 

@@ -8,7 +8,8 @@
 // renamed over the target, so the target is never seen half-written.
 namespace TextFiles {
 
-// Makes CP1252 the fallback of automatic detection; call once at start-up.
+// Makes file names UTF-8 whatever the locale and CP1252 the fallback of automatic detection;
+// call once at start-up.
 void InitEncoding();
 
 // What Read does with decoded values that are no characters (a damaged UTF-32 or UTF-8 file can

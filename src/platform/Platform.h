@@ -56,7 +56,11 @@ public:
     static Platform& Get();
 
     // Identity and defaults.
+    // The absolute path of the running executable, symbolic links resolved.
     virtual wxString ExecutablePath() = 0;
+    // Makes file names and narrow texts UTF-8 for the rest of the run, whatever the locale; once,
+    // at start-up. Nothing to do where the system's file names are wide characters.
+    virtual void UseUtf8Texts() {}
     virtual wxString LoginName() = 0;
     // The user's interface language as a lower-case two-letter code ("en", "fr", ...), or "".
     virtual wxString DefaultUiLanguage() = 0;

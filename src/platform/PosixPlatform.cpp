@@ -3,8 +3,12 @@
 #include <wx/stdpaths.h>
 #include <wx/utils.h>
 
+#include <climits>
+#include <clocale>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
+#include <langinfo.h>
 #include <string>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -15,8 +19,23 @@ Platform& Platform::Get() {
     return platform;
 }
 
+// The kernel's own record of the running file: absolute, links resolved, whatever argv[0] and the
+// working folder were. Its bytes are taken as UTF-8 whatever the locale says.
 wxString PosixPlatform::ExecutablePath() {
-    return wxStandardPaths::Get().GetExecutablePath();
+    std::string bytes(PATH_MAX, '\0');
+    const ssize_t length = readlink("/proc/self/exe", bytes.data(), bytes.size());
+    if (length <= 0 || static_cast<size_t>(length) == bytes.size())
+        return wxStandardPaths::Get().GetExecutablePath();
+    bytes.resize(static_cast<size_t>(length));
+    return wxString::FromUTF8(bytes);
+}
+
+// wxWidgets turns file names and narrow texts into characters through LC_CTYPE; under "C" or
+// "POSIX" that reads "Überprojekt" as Latin-1 and writes it back as other bytes. Only the character
+// type changes: the user's language is still read from the environment.
+void PosixPlatform::UseUtf8Texts() {
+    if (std::strcmp(nl_langinfo(CODESET), "UTF-8") != 0)
+        std::setlocale(LC_CTYPE, "C.UTF-8");
 }
 
 wxString PosixPlatform::LoginName() {

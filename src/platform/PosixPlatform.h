@@ -7,6 +7,7 @@
 class PosixPlatform : public Platform {
 public:
     wxString ExecutablePath() override;
+    void UseUtf8Texts() override;
     wxString LoginName() override;
     wxString DefaultUiLanguage() override;
     wxString DefaultTextEditor() override;

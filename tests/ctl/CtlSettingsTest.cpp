@@ -26,9 +26,10 @@ TEST_F(CtlSettings, SettersWriteOnlyWhatTheyChange) {
 
 TEST_F(CtlSettings, UsageErrorsExitTwoAndWriteNothing) {
     const std::vector<std::vector<wxString>> bad = {
-        {"port", "abc"},   {"port", "80", "81"}, {"mode", "maybe"},   {"lang", "de"},
-        {"url", "ftp"},    {"nosuchcommand"},    {"--bogus", "port"}, {},
-        {"port", "--root"}};
+        {"port", "abc"},        {"port", "80", "81"}, {"mode", "maybe"},   {"lang", "de"},
+        {"url", "ftp"},         {"nosuchcommand"},    {"--bogus", "port"}, {},
+        {"port", "--root"},     {"port", "-1"},       {"port", "0"},       {"port", "65536"},
+        {"port", "99999999999"}};
     for (const auto& args : bad) {
         const CommandResult result = Ctl(args);
         EXPECT_EQ(result.exitCode, 2) << (args.empty() ? wxString("(none)") : args[0]);
@@ -36,4 +37,10 @@ TEST_F(CtlSettings, UsageErrorsExitTwoAndWriteNothing) {
         EXPECT_TRUE(result.out.empty());
     }
     EXPECT_FALSE(wxFileExists(tree.File("kovix.ini")));
+}
+
+TEST_F(CtlSettings, AMissingRootFolderIsNamed) {
+    const CommandResult start = RunCommand({KOVIXCTL_PATH, "--root", "/nonexistent", "start"});
+    EXPECT_EQ(start.exitCode, 1);
+    EXPECT_EQ(start.err, "kovixctl: no folder /nonexistent\n");
 }

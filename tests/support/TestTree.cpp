@@ -31,7 +31,7 @@ if [ ! -e "$tree.ready" ]; then
   bash "$0/scripts/assemble-tree.sh" "$tree" || { rm -rf "$tree"; exit 1; }
   touch "$tree.ready"
 fi
-cp -a "$tree" "$1"
+mkdir -p "$(dirname "$1")"; cp -a "$tree" "$1"
 sed -i -E "s/^port *= *[0-9]+/port=$3/" "$1/mysql/my_source.ini"
 php=$(cd "$1/apache" && ls -d php_* | LC_ALL=C sort | head -n1)
 printf 'APACHE_PORT = "%s"\nPHP_CURRENT_VERSION = "%s"\n' "$2" "$php" >"$1/kovix.ini")sh";
@@ -64,8 +64,8 @@ char StateOf(long pid, long& parent) {
 
 } // namespace
 
-TestTree::TestTree(const wxString& sourceDir)
-    : root(folder.Path() + "/kovix tree"), scope("KOVIX_PROCESS_SCOPE", root) {
+TestTree::TestTree(const wxString& sourceDir, const wxString& name)
+    : root(folder.Path() + "/" + name), scope("KOVIX_PROCESS_SCOPE", root) {
     // Apache started by root serves as www-data, which must enter the folders above the tree.
     std::filesystem::permissions(folder.Path().utf8_string(), std::filesystem::perms::others_exec,
                                  std::filesystem::perm_options::add);

@@ -22,8 +22,9 @@
 // Assembly failures (missing packages) throw std::runtime_error with the assembler's output.
 class TestTree {
 public:
-    // sourceDir: the repository, where scripts/ and stack/ are.
-    explicit TestTree(const wxString& sourceDir);
+    // sourceDir: the repository, where scripts/ and stack/ are; name: the tree's path inside the
+    // temporary folder (folders on the way are made).
+    explicit TestTree(const wxString& sourceDir, const wxString& name = "kovix tree");
     ~TestTree();
 
     const wxString& Root() const { return root; }
