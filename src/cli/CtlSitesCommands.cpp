@@ -30,8 +30,7 @@ void Sites(CtlContext& context) {
         context.PrintTable(rows);
     }
     for (const SkippedFolder& skipped : list.skipped)
-        context.PrintError(
-            wxString::Format(GetLangText("SITE_SKIPPED"), skipped.folder, skipped.reason));
+        context.PrintError(skipped.Message());
 }
 
 void Https(CtlContext& context) {

@@ -98,8 +98,7 @@ wxString SiteConfig::Generate() const {
     const SiteList sites = Sites();
     wxString problems;
     for (const SkippedFolder& skipped : sites.skipped)
-        problems << wxString::Format(GetLangText("SITE_SKIPPED"), skipped.folder, skipped.reason)
-                 << "\n";
+        problems << skipped.Message() << "\n";
     bool https = paths.Settings().GetHttpsEnabled();
     if (https) {
         const wxString problem = HttpsProblem(sites);

@@ -38,6 +38,10 @@ bool HasControlCharacter(const wxString& text) {
 
 } // namespace
 
+wxString SkippedFolder::Message() const {
+    return wxString::Format(GetLangText("SITE_SKIPPED"), folder, reason);
+}
+
 wxString SiteList::NameOf(const wxString& folderName) {
     wxString name = folderName.Lower();
     for (auto it = name.begin(); it != name.end(); ++it)

@@ -14,6 +14,9 @@ struct Site {
 struct SkippedFolder {
     wxString folder;
     wxString reason;
+
+    // The sentence that says which folder is left out and why.
+    wxString Message() const;
 };
 
 // The sites made from the folders directly in www/, sorted by folder name regardless of case.

@@ -102,8 +102,7 @@ void WinSites::FillList() {
     else if (sites.sites.empty())
         note = GetLangText("SITES_NONE");
     for (const SkippedFolder& skipped : sites.skipped)
-        note << (note.empty() ? "" : "\n")
-             << wxString::Format(GetLangText("SITE_SKIPPED"), skipped.folder, skipped.reason);
+        note << (note.empty() ? "" : "\n") << skipped.Message();
     label_Note->SetLabel(note);
     label_Note->Wrap(list_Sites->GetSize().GetWidth());
     Fit();
