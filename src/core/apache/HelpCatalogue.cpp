@@ -11,10 +11,12 @@ struct HelpCatalogueEntry {
 
 const wxString noDescription = "No Description Available";
 
+// The tree runs Apache 2.4, whose manual names the process models' pages without "mod_mpm_".
 wxString ModuleLinkOf(const wxString& name) {
     wxString stem = name;
     stem.EndsWith("_module", &stem);
-    return "http://httpd.apache.org/docs/2.2/mod/mod_" + stem + ".html";
+    const wxString page = stem.StartsWith("mpm_", &stem) ? stem : "mod_" + stem;
+    return "http://httpd.apache.org/docs/2.4/mod/" + page + ".html";
 }
 
 // The manual files a few extensions under another name than the one php.ini uses.

@@ -32,12 +32,12 @@ struct HelpPage {
 };
 
 const HelpPage HELP_PAGES[] = {
-    {WinApacheConf::ID_HELP_HOST_IP, "/docs/2.2/mod/core.html#virtualhost"},
-    {WinApacheConf::ID_HELP_SERVER_NAME, "/docs/2.2/mod/core.html#servername"},
-    {WinApacheConf::ID_HELP_SERVER_ALIAS, "/docs/2.2/mod/core.html#serveralias"},
-    {WinApacheConf::ID_HELP_DOCUMENT_ROOT, "/docs/2.2/mod/core.html#documentroot"},
-    {WinApacheConf::ID_HELP_ALIAS, "/docs/2.2/mod/mod_alias.html#alias"},
-    {WinApacheConf::ID_HELP_DIRECTORY, "/docs/2.2/mod/core.html#directory"},
+    {WinApacheConf::ID_HELP_HOST_IP, "/docs/2.4/mod/core.html#virtualhost"},
+    {WinApacheConf::ID_HELP_SERVER_NAME, "/docs/2.4/mod/core.html#servername"},
+    {WinApacheConf::ID_HELP_SERVER_ALIAS, "/docs/2.4/mod/core.html#serveralias"},
+    {WinApacheConf::ID_HELP_DOCUMENT_ROOT, "/docs/2.4/mod/core.html#documentroot"},
+    {WinApacheConf::ID_HELP_ALIAS, "/docs/2.4/mod/mod_alias.html#alias"},
+    {WinApacheConf::ID_HELP_DIRECTORY, "/docs/2.4/mod/core.html#directory"},
 };
 
 bool IsHelpButton(int id) {
@@ -504,7 +504,7 @@ void WinApacheConf::OnEditDirectory(wxCommandEvent&) {
 }
 
 void WinApacheConf::OnEditOther(wxCommandEvent&) {
-    EditRecord<WinOthersConf>(listBoxOthers, &VirtualHostRecord::others, "WinOthersConf");
+    EditRecord<WinOthersConf>(listBoxOthers, &VirtualHostRecord::others, "Others Conf");
 }
 
 void WinApacheConf::OnHelp(wxCommandEvent& event) {

@@ -147,7 +147,7 @@ void WinDirectoryConf::OnOthersDoubleClick(wxCommandEvent&) {
     const int index = listBox->GetSelection();
     if (index == wxNOT_FOUND || index >= static_cast<int>(working.others.size()))
         return;
-    WinOthersConf(this, working.others[index], "WinOthersConf").ShowModal();
+    WinOthersConf(this, working.others[index], "Others Conf").ShowModal();
     FillOthers();
 }
 
