@@ -1,5 +1,6 @@
 // kovixctl commands on the virtual hosts of the Apache template and on the help catalogue.
 #include "cli/CtlCommand.h"
+#include "core/apache/HelpCatalogue.h"
 #include "core/apache/VirtualHostFile.h"
 
 #include <fstream>
@@ -202,16 +203,16 @@ void ImportVirtualHosts(CtlContext& context) {
 
 void CatalogueModule(CtlContext& context) {
     context.ExpectArgCount(1, 1);
-    const VirtualHostFile file;
-    PrintCatalogueEntry(context, file.ModuleDescription(context.Arg(0)),
-                        file.ModuleLink(context.Arg(0)));
+    const HelpCatalogue& catalogue = HelpCatalogue::Get();
+    PrintCatalogueEntry(context, catalogue.ModuleDescription(context.Arg(0)),
+                        catalogue.ModuleLink(context.Arg(0)));
 }
 
 void CatalogueExtension(CtlContext& context) {
     context.ExpectArgCount(1, 1);
-    const VirtualHostFile file;
-    PrintCatalogueEntry(context, file.ExtensionDescription(context.Arg(0)),
-                        file.ExtensionLink(context.Arg(0)));
+    const HelpCatalogue& catalogue = HelpCatalogue::Get();
+    PrintCatalogueEntry(context, catalogue.ExtensionDescription(context.Arg(0)),
+                        catalogue.ExtensionLink(context.Arg(0)));
 }
 
 } // namespace CtlCommands

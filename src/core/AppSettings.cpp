@@ -1,32 +1,19 @@
 #include "core/AppSettings.h"
 
+#include "core/IniReader.h"
 #include "core/TextFiles.h"
 #include "platform/Platform.h"
 
-#include <wx/filefn.h>
-#include <wx/regex.h>
-#include <wx/tokenzr.h>
-
-namespace {
-
-const wxRegEx& LinePattern() {
-    static const wxRegEx pattern("([^ ]*)[ \t]*=[ \t]*\"([^\"]*)\"", wxRE_EXTENDED);
-    return pattern;
-}
-
-} // namespace
+namespace {} // namespace
 
 void AppSettings::Load(const wxString& path) {
     wxString text;
     if (!TextFiles::Read(path, text))
         return;
-    const wxRegEx& pattern = LinePattern();
-    wxStringTokenizer lines(text, "\n", wxTOKEN_STRTOK);
-    while (lines.HasMoreTokens()) {
-        const wxString line = lines.GetNextToken();
-        if (pattern.Matches(line))
-            SetString(pattern.GetMatch(line, 1), pattern.GetMatch(line, 2));
-    }
+    wxString value;
+    for (const IniEntry& entry : ReadIniEntries(text))
+        if (QuotedPrefix(entry.value, value))
+            SetString(entry.key, value);
 }
 
 wxString AppSettings::ToText() const {

@@ -22,7 +22,8 @@ public:
     static constexpr const char* HTTPS_ENABLED = "HTTPS_ENABLED";
     static constexpr const char* HTTPS_PORT = "HTTPS_PORT";
 
-    // Reads key = "value" lines; a missing file leaves the store as it is.
+    // Reads key = "value" lines (the value ends at its second quote); a missing file leaves the
+    // store as it is.
     void Load(const wxString& path);
     // Writes every entry in key order through a scratch file renamed over path.
     bool Save(const wxString& path) const;

@@ -1,13 +1,11 @@
 #include "core/Cleanup.h"
 
+#include "core/FolderListing.h"
 #include "core/TextFiles.h"
 #include "platform/Platform.h"
 
-#include <wx/dir.h>
 #include <wx/filefn.h>
 #include <wx/log.h>
-
-#include <vector>
 
 namespace Cleanup {
 
@@ -17,16 +15,8 @@ namespace {
 // already ends with a separator (the doubled one is harmless).
 void DeleteMatching(const wxString& folder, const wxString& pattern) {
     wxLogNull quiet;
-    if (!wxDir::Exists(folder))
-        return;
-    wxDir dir(folder);
-    std::vector<wxString> names;
-    wxString name;
-    for (bool found = dir.GetFirst(&name, pattern, wxDIR_FILES | wxDIR_HIDDEN); found;
-         found = dir.GetNext(&name))
-        names.push_back(name);
-    for (const wxString& each : names)
-        wxRemoveFile(folder + Platform::Get().PathSeparator() + each);
+    for (const wxString& name : ListFolder(folder, pattern, wxDIR_FILES | wxDIR_HIDDEN))
+        wxRemoveFile(folder + Platform::Get().PathSeparator() + name);
 }
 
 } // namespace

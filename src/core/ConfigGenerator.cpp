@@ -1,13 +1,13 @@
 #include "core/ConfigGenerator.h"
 
 #include "core/AppSettings.h"
+#include "core/FolderListing.h"
 #include "core/PhpVersions.h"
+#include "core/SharedRegex.h"
 #include "core/TextFiles.h"
 #include "core/sites/SiteConfig.h"
 #include "platform/Platform.h"
 
-#include <wx/dir.h>
-#include <wx/regex.h>
 #include <wx/time.h>
 
 #include <algorithm>
@@ -70,21 +70,14 @@ wxString ConfigGenerator::GenerateApache() const {
 
 // "name_source.conf" gives "name.conf"; other "*source.conf" files and sub-folders are skipped.
 void ConfigGenerator::GenerateExtraFolder(const ReplacementList& replacements) const {
-    static const wxRegEx templateName("(.*)_source.conf");
+    static const SharedRegex templateName("(.*)_source.conf");
     const wxString folder = paths.ApacheExtraFolder();
-    wxDir dir;
-    if (!wxDir::Exists(folder) || !dir.Open(folder))
-        return;
-    std::vector<wxString> names;
-    wxString name;
-    for (bool found = dir.GetFirst(&name, "*source.conf", wxDIR_FILES); found;
-         found = dir.GetNext(&name))
-        names.push_back(name);
+    std::vector<wxString> names = ListFolder(folder, "*source.conf", wxDIR_FILES);
     std::sort(names.begin(), names.end());
+    std::vector<wxString> groups;
     for (const wxString& templateFile : names)
-        if (templateName.Matches(templateFile))
-            ExpandFile(folder + templateFile,
-                       folder + templateName.GetMatch(templateFile, 1) + ".conf", replacements);
+        if (templateName.Match(templateFile, groups))
+            ExpandFile(folder + templateFile, folder + groups[1] + ".conf", replacements);
 }
 
 void ConfigGenerator::GenerateMysql() const {

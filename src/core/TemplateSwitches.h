@@ -9,7 +9,7 @@
 // Turns PHP extensions ("extension=" lines of the selected version's php_source.ini) and Apache
 // modules ("LoadModule" lines of httpd_source.conf) on and off by commenting lines out or in.
 // Lines are never added or removed; a rewrite leaves every line it does not switch byte for byte
-// as it was, line ending included, and replaces the template through its scratch file.
+// as it was, line ending included, and replaces the template atomically (TextDocument).
 namespace TemplateSwitches {
 
 // The key under which the module line of the selected PHP version ({PHPMODULENAME}) is listed.

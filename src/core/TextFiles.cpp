@@ -8,8 +8,6 @@
 #include <wx/wxcrt.h>
 
 #include <algorithm>
-#include <cstdio>
-#include <string>
 
 namespace TextFiles {
 
@@ -39,76 +37,71 @@ bool CheckCharacters(wxString& text, InvalidCharacters invalid) {
     return true;
 }
 
-} // namespace
+bool HasByteOrderMark(const std::string& bytes) {
+    static const char* const marks[] = {"\xef\xbb\xbf", "\xff\xfe", "\xfe\xff"};
+    return std::any_of(std::begin(marks), std::end(marks),
+                       [&](const char* mark) { return bytes.rfind(mark, 0) == 0; });
+}
 
-bool Read(const wxString& path, wxString& text, InvalidCharacters invalid) {
-    wxFFile file;
-    if (!wxFileExists(path) || !file.Open(path, "rb"))
-        return false;
-    std::string bytes(static_cast<size_t>(std::max<wxFileOffset>(file.Length(), 0)), '\0');
-    if (file.Read(bytes.data(), bytes.size()) != bytes.size())
-        return false;
-    if (bytes.empty()) {
-        text.clear();
-        return true;
-    }
+bool DecodeDetected(const std::string& bytes, wxString& text) {
     // Bytes that no candidate encoding can decode (0x81 is not CP1252 either) fail the whole file;
     // the decoder alone would hand back an empty text as if the file were empty.
     if (wxConvAuto().ToWChar(nullptr, 0, bytes.data(), bytes.size()) == wxCONV_FAILED)
         return false;
     wxString decoded(bytes.data(), wxConvAuto(), bytes.size());
-    if (!CheckCharacters(decoded, invalid))
-        return false;
-    text = decoded;
+    text.swap(decoded);
     return true;
-}
-
-namespace {
-
-void RemoveScratch(const wxString& scratch) {
-    if (wxFileExists(scratch))
-        wxRemoveFile(scratch);
-}
-
-bool WriteBytes(const wxString& path, const void* data, size_t size) {
-    std::FILE* file = wxFopen(path, "wb");
-    if (!file)
-        return false;
-    bool written = std::fwrite(data, 1, size, file) == size;
-    written = std::fflush(file) == 0 && written;
-    return std::fclose(file) == 0 && written;
-}
-
-bool ReplaceWith(const wxString& scratch, const wxString& path) {
-    if (Platform::Get().ReplaceFile(scratch, path))
-        return true;
-    RemoveScratch(scratch);
-    return false;
 }
 
 } // namespace
 
-bool WriteAtomically(const wxString& path, const wxString& text, const wxString& scratchPath) {
-    const wxString scratch = scratchPath.empty() ? path + ".temp" : scratchPath;
+bool ReadBytes(const wxString& path, std::string& bytes) {
+    wxFFile file;
+    if (!wxFileExists(path) || !file.Open(path, "rb"))
+        return false;
+    bytes.assign(static_cast<size_t>(std::max<wxFileOffset>(file.Length(), 0)), '\0');
+    return file.Read(bytes.data(), bytes.size()) == bytes.size();
+}
+
+bool IsPlainAscii(const std::string& bytes) {
+    return std::all_of(bytes.begin(), bytes.end(),
+                       [](char byte) { return static_cast<unsigned char>(byte) < 0x80; });
+}
+
+// Most files are plain ASCII or UTF-8 and are decoded in one pass; automatic detection, which
+// converts twice, is kept for byte-order marks and the CP1252 fallback. Texts are swapped, never
+// assigned: wxString has no move, and a php.ini is megabytes.
+bool Decode(const std::string& bytes, wxString& text, InvalidCharacters invalid) {
+    const bool marked = HasByteOrderMark(bytes);
+    if (IsPlainAscii(bytes)) {
+        wxString ascii(wxString::FromAscii(bytes.data(), bytes.size()));
+        text.swap(ascii);
+        return true;
+    }
+    wxString decoded(marked ? wxString() : wxString::FromUTF8(bytes.data(), bytes.size()));
+    if (decoded.empty() && !bytes.empty() && !DecodeDetected(bytes, decoded))
+        return false;
+    if (!CheckCharacters(decoded, invalid))
+        return false;
+    text.swap(decoded);
+    return true;
+}
+
+bool Read(const wxString& path, wxString& text, InvalidCharacters invalid) {
+    std::string bytes;
+    return ReadBytes(path, bytes) && Decode(bytes, text, invalid);
+}
+
+bool WriteAtomically(const wxString& path, const wxString& text) {
     const wxScopedCharBuffer utf8 = text.utf8_str();
     if (utf8.length() == 0 && !text.empty())
         return false; // not encodable: never replace the target with nothing
-    if (!WriteBytes(scratch, utf8.data(), utf8.length())) {
-        RemoveScratch(scratch);
-        return false;
-    }
-    return ReplaceWith(scratch, path);
+    return Platform::Get().SaveFileAtomically(path, std::string(utf8.data(), utf8.length()));
 }
 
 bool CopyAtomically(const wxString& from, const wxString& to) {
-    const wxString scratch = to + ".temp";
-    if (!wxFileExists(from))
-        return false;
-    if (!wxCopyFile(from, scratch, true)) {
-        RemoveScratch(scratch);
-        return false;
-    }
-    return ReplaceWith(scratch, to);
+    std::string bytes;
+    return ReadBytes(from, bytes) && Platform::Get().SaveFileAtomically(to, bytes);
 }
 
 } // namespace TextFiles

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <vector>
 
 // What a hidden child needs to start: the whole command line (executable first, unquoted; quoted
@@ -116,6 +117,12 @@ public:
     // Puts the file from in the place of to in one step: a reader sees the old or the new file,
     // never none. False (both left as they are) when the system refuses.
     virtual bool ReplaceFile(const wxString& from, const wxString& to) = 0;
+    // Replaces the contents of the file at path with bytes, never leaving it half-written: they go
+    // to a scratch file of a name no other save uses, beside the file, flushed to disk, with the
+    // file's permission bits and owner, then put in its place by ReplaceFile. A symbolic link is followed, so its
+    // target gets the new contents and the link stays. False, with the file untouched and no
+    // scratch file left, on any failure.
+    virtual bool SaveFileAtomically(const wxString& path, const std::string& bytes) = 0;
 
     // Desktop.
     virtual bool OpenUrl(const wxString& url) = 0;

@@ -37,17 +37,6 @@ TEST(AppSettingsFile, ReadsTheLinePatternLenientlyAndWritesSortedEntriesCutAtAQu
     EXPECT_EQ(settings.GetString("b"), "say ");
 }
 
-TEST(AppSettingsFile, FailedSaveLeavesTheOriginalByteIdentical) {
-    TempDir dir;
-    const std::string original = "APACHE_PORT = \"8080\"\n\n";
-    WriteBytes(dir.File("kovix.ini"), original);
-    wxMkdir(dir.File("kovix.ini.temp")); // the scratch file cannot be created
-    AppSettings settings;
-    settings.SetString("APACHE_PORT", "9090");
-    EXPECT_FALSE(settings.Save(dir.File("kovix.ini")));
-    EXPECT_EQ(ReadBytes(dir.File("kovix.ini")), original);
-}
-
 TEST(AppSettingsValues, BooleansPortOnlineModeAndEditor) {
     AppSettings settings;
     const std::pair<const char*, int> cases[] = {{"1", 1},     {"ON", 1}, {"off", 0}, {"0", 0},

@@ -7,7 +7,7 @@
 #include <string>
 
 TEST(HelpCatalogue, HoldsEveryNameOnceLaidOutAsItsKindRequires) {
-    const HelpCatalogue catalogue;
+    const HelpCatalogue& catalogue = HelpCatalogue::Get();
     const std::vector<wxString> modules = HelpCatalogue::ModuleNames();
     const std::vector<wxString> extensions = HelpCatalogue::ExtensionNames();
     ASSERT_EQ(modules.size(), 79u);

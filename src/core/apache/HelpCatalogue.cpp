@@ -44,6 +44,11 @@ template <size_t N> std::vector<wxString> NamesOf(const HelpCatalogueEntry (&ent
 
 } // namespace
 
+const HelpCatalogue& HelpCatalogue::Get() {
+    static const HelpCatalogue catalogue; // C++ makes its construction thread-safe
+    return catalogue;
+}
+
 HelpCatalogue::HelpCatalogue() {
     for (const HelpCatalogueEntry& entry : moduleEntries) {
         moduleDescriptions.emplace(entry.name, entry.description);

@@ -6,12 +6,15 @@
 #include <vector>
 
 // The built-in help of the 67 Apache modules and 177 PHP extensions the configuration dialogs
-// know: a description and a documentation link per name, filled in catalogue order by the
-// constructor. Lookups are exact and case-sensitive and never add a name; an unknown name gives
+// know: a description and a documentation link per name. One immutable table, built on first use
+// and shared by every dialog, worker and command, so it is never copied: any thread may look up.
+// Lookups are exact and case-sensitive and never add a name; an unknown name gives
 // "No Description Available" and an empty link.
 class HelpCatalogue {
 public:
-    HelpCatalogue();
+    static const HelpCatalogue& Get();
+    HelpCatalogue(const HelpCatalogue&) = delete;
+    HelpCatalogue& operator=(const HelpCatalogue&) = delete;
 
     wxString ModuleDescription(const wxString& name) const;
     wxString ModuleLink(const wxString& name) const;
@@ -23,6 +26,8 @@ public:
     static std::vector<wxString> ExtensionNames();
 
 private:
+    HelpCatalogue();
+
     std::map<wxString, wxString> moduleDescriptions;
     std::map<wxString, wxString> moduleLinks;
     std::map<wxString, wxString> extensionDescriptions;

@@ -1,11 +1,9 @@
 #include "core/apache/VirtualHostFile.h"
 
 #include "core/InstallPaths.h"
-#include "core/TextFiles.h"
-#include "core/TextLineReader.h"
+#include "core/SharedRegex.h"
 
 #include <wx/filename.h>
-#include <wx/regex.h>
 
 #include <utility>
 
@@ -18,18 +16,19 @@ public:
     // word: a text every matching line contains; nullptr: the line holds nothing but blanks.
     LinePattern(const char* expression, const wchar_t* word) : expression(expression), word(word) {}
 
-    bool Matches(const wxString& line) const {
-        const bool mayMatch = word ? line.find(word) != wxString::npos
-                                   : line.find_first_not_of(L" \t") == wxString::npos;
-        return mayMatch && expression.Matches(line);
-    }
-    // Sub-match index of the line last matched.
-    wxString Match(const wxString& line, size_t index) const {
-        return expression.GetMatch(line, index);
+    bool Matches(const wxString& line) const { return MayMatch(line) && expression.Matches(line); }
+    // Whether line matches, and then its whole match and sub-matches.
+    bool Match(const wxString& line, std::vector<wxString>& groups) const {
+        return MayMatch(line) && expression.Match(line, groups);
     }
 
 private:
-    wxRegEx expression;
+    bool MayMatch(const wxString& line) const {
+        return word ? line.find(word) != wxString::npos
+                    : line.find_first_not_of(L" \t") == wxString::npos;
+    }
+
+    SharedRegex expression;
     const wchar_t* word;
 };
 
@@ -54,12 +53,12 @@ const Patterns& Pattern() {
     return patterns;
 }
 
-// The template's text; non-characters of a damaged file become U+FFFD (the regular expressions
+// The template's lines; non-characters of a damaged file become U+FFFD (the regular expressions
 // reject them). False when the file is missing or does not decode.
-bool ReadTemplate(const wxString& path, wxString& text) {
-    if (!TextFiles::Read(path, text, TextFiles::InvalidCharacters::Replace))
+bool ReadTemplate(const wxString& path, TextDocument& document) {
+    if (!document.Load(path, TextFiles::InvalidCharacters::Replace))
         return false;
-    return !text.empty() || wxFileName::GetSize(path) == wxULongLong(0);
+    return !document.Lines().empty() || wxFileName::GetSize(path) == wxULongLong(0);
 }
 
 wxString WithoutLeadingBlanks(const wxString& text) {
@@ -73,15 +72,15 @@ wxString WithoutTrailingBlanks(const wxString& text) {
 }
 
 // Takes a ServerName, ServerAlias or DocumentRoot line; a later line replaces an earlier one.
-bool TakeHostValue(VirtualHostRecord& host, const wxString& line) {
+bool TakeHostValue(VirtualHostRecord& host, const wxString& line, std::vector<wxString>& groups) {
     const Patterns& p = Pattern();
     const std::pair<const LinePattern*, wxString VirtualHostRecord::*> values[] = {
         {&p.serverName, &VirtualHostRecord::ServerName},
         {&p.serverAlias, &VirtualHostRecord::ServerAlias},
         {&p.documentRoot, &VirtualHostRecord::DocumentRoot}};
     for (const auto& [pattern, field] : values)
-        if (pattern->Matches(line)) {
-            host.*field = pattern->Match(line, 1);
+        if (pattern->Match(line, groups)) {
+            host.*field = groups[1];
             return true;
         }
     return false;
@@ -102,9 +101,9 @@ void TakeOptions(DirectoryRecord& directory, const wxString& argument) {
 // blocks; so each save adds a blank line there, as the previous blank line is copied too. When
 // the last line read is an empty one inside an unclosed block, the first block that follows
 // starts on the last copied line.
-wxString LinesOutsideBlocks(const wxString& text) {
+wxString LinesOutsideBlocks(const TextDocument& text) {
     const Patterns& p = Pattern();
-    TextLineReader lines(text);
+    TextDocument::LineReader lines(text);
     wxString out;
     wxString lastLine;
     bool insideBlock = false;
@@ -150,61 +149,46 @@ bool VirtualHostRecord::operator==(const VirtualHostRecord& other) const {
            aliases == other.aliases && directories == other.directories && others == other.others;
 }
 
-wxString VirtualHostFile::ModuleDescription(const wxString& name) const {
-    return catalogue.ModuleDescription(name);
-}
-
-wxString VirtualHostFile::ModuleLink(const wxString& name) const {
-    return catalogue.ModuleLink(name);
-}
-
-wxString VirtualHostFile::ExtensionDescription(const wxString& name) const {
-    return catalogue.ExtensionDescription(name);
-}
-
-wxString VirtualHostFile::ExtensionLink(const wxString& name) const {
-    return catalogue.ExtensionLink(name);
-}
-
 bool LoadVirtualHostFile(VirtualHostFile& file, const InstallPaths& paths) {
     file.path = paths.ApacheSourceConfig();
     return ReadVirtualHosts(file);
 }
 
 bool ReadVirtualHosts(VirtualHostFile& file) {
-    wxString text;
+    TextDocument text;
     if (!ReadTemplate(file.path, text))
         return false;
     const LinePattern& opening = Pattern().blockOpening;
-    TextLineReader lines(text);
+    TextDocument::LineReader lines(text);
+    std::vector<wxString> groups;
     while (!lines.AtEnd()) {
-        const wxString line = lines.ReadLine();
-        if (!opening.Matches(line))
+        if (!opening.Match(lines.ReadLine(), groups))
             continue;
         VirtualHostRecord host;
-        host.address = opening.Match(line, 1);
+        host.address = groups[1];
         ReadVirtualHostBlock(host, lines);
         file.hosts.push_back(std::move(host));
     }
     return true;
 }
 
-void ReadVirtualHostBlock(VirtualHostRecord& host, TextLineReader& lines) {
+void ReadVirtualHostBlock(VirtualHostRecord& host, TextDocument::LineReader& lines) {
     const Patterns& p = Pattern();
+    std::vector<wxString> groups;
     while (!lines.AtEnd()) {
-        const wxString line = lines.ReadLine();
+        const wxString& line = lines.ReadLine();
         if (p.blankLine.Matches(line) || p.marker.Matches(line))
             continue;
         if (p.blockClosing.Matches(line))
             return;
-        if (TakeHostValue(host, line))
+        if (TakeHostValue(host, line, groups))
             continue;
-        if (p.alias.Matches(line)) {
-            host.aliases.push_back({WithoutTrailingBlanks(p.alias.Match(line, 1)),
-                                    WithoutTrailingBlanks(p.alias.Match(line, 2))});
-        } else if (p.directoryOpening.Matches(line)) {
+        if (p.alias.Match(line, groups)) {
+            host.aliases.push_back(
+                {WithoutTrailingBlanks(groups[1]), WithoutTrailingBlanks(groups[2])});
+        } else if (p.directoryOpening.Match(line, groups)) {
             DirectoryRecord directory;
-            directory.path = WithoutTrailingBlanks(p.directoryOpening.Match(line, 1));
+            directory.path = WithoutTrailingBlanks(groups[1]);
             ReadDirectoryBlock(directory, lines);
             host.directories.push_back(std::move(directory));
         } else {
@@ -213,23 +197,24 @@ void ReadVirtualHostBlock(VirtualHostRecord& host, TextLineReader& lines) {
     }
 }
 
-void ReadDirectoryBlock(DirectoryRecord& directory, TextLineReader& lines) {
+void ReadDirectoryBlock(DirectoryRecord& directory, TextDocument::LineReader& lines) {
     const Patterns& p = Pattern();
+    std::vector<wxString> groups;
     while (!lines.AtEnd()) {
-        const wxString line = lines.ReadLine();
+        const wxString& line = lines.ReadLine();
         if (p.directoryClosing.Matches(line))
             return;
-        if (p.options.Matches(line))
-            TakeOptions(directory, p.options.Match(line, 1));
-        else if (p.allowOverride.Matches(line))
-            directory.AllowOverride = p.allowOverride.Match(line, 1).Lower().Contains(L"all");
+        if (p.options.Match(line, groups))
+            TakeOptions(directory, groups[1]);
+        else if (p.allowOverride.Match(line, groups))
+            directory.AllowOverride = groups[1].Lower().Contains(L"all");
         else
             directory.others.push_back(WithoutLeadingBlanks(line));
     }
 }
 
 bool WriteVirtualHosts(const VirtualHostFile& file) {
-    wxString text;
+    TextDocument text;
     if (file.path.empty() || !ReadTemplate(file.path, text))
         return false;
     wxString out = LinesOutsideBlocks(text);

@@ -1,13 +1,12 @@
 #pragma once
 
-#include "core/apache/HelpCatalogue.h"
+#include "core/TextDocument.h"
 
 #include <wx/string.h>
 
 #include <vector>
 
 class InstallPaths;
-class TextLineReader;
 
 // One Alias line of a virtual host: the URL path and the folder it maps to, without quotes.
 struct AliasRecord {
@@ -47,30 +46,20 @@ struct VirtualHostRecord {
     bool operator!=(const VirtualHostRecord& other) const { return !(*this == other); }
 };
 
-// The virtual hosts of the Apache template, and the help texts of the Apache modules and PHP
-// extensions that the configuration dialogs show. A plain value: the Apache dialog and its worker
-// thread each hold their own copy and hand it over whole.
+// The virtual hosts of the Apache template. A plain value: the Apache dialog and its worker
+// thread each hold their own copy and hand it over whole. The help texts of modules and
+// extensions are not part of it: they live once, in HelpCatalogue::Get().
 class VirtualHostFile {
 public:
     wxString path;
     std::vector<VirtualHostRecord> hosts;
-
-    // The catalogue's texts; "No Description Available" and an empty link for unknown names.
-    wxString ModuleDescription(const wxString& name) const;
-    wxString ModuleLink(const wxString& name) const;
-    wxString ExtensionDescription(const wxString& name) const;
-    wxString ExtensionLink(const wxString& name) const;
-
-private:
-    HelpCatalogue catalogue;
 };
 
 // The template format. The reader takes every <VirtualHost> block of the template, commented-out
 // ones included; the writer copies every line outside such blocks and appends the model's blocks
 // in a fixed layout after a blank line. The layout is lossy on purpose: blank and "#KOVIX" lines
 // of a block, unknown option words and AllowOverride values other than All are not kept, and
-// indentation is rewritten. The patterns are compiled once and shared, so these functions must
-// not run on two threads at once.
+// indentation is rewritten. Any thread may run these functions.
 
 // Points file at the tree's Apache template and reads it.
 bool LoadVirtualHostFile(VirtualHostFile& file, const InstallPaths& paths);
@@ -78,10 +67,10 @@ bool LoadVirtualHostFile(VirtualHostFile& file, const InstallPaths& paths);
 // be read.
 bool ReadVirtualHosts(VirtualHostFile& file);
 // Reads the lines of one block after its opening line, up to and including its closing line.
-void ReadVirtualHostBlock(VirtualHostRecord& host, TextLineReader& lines);
-void ReadDirectoryBlock(DirectoryRecord& directory, TextLineReader& lines);
+void ReadVirtualHostBlock(VirtualHostRecord& host, TextDocument::LineReader& lines);
+void ReadDirectoryBlock(DirectoryRecord& directory, TextDocument::LineReader& lines);
 
-// Rewrites the template at file.path through its ".temp" scratch file. False, with the template
+// Rewrites the template at file.path, replacing it atomically. False, with the template
 // untouched, when the path is empty or the template cannot be read or replaced.
 bool WriteVirtualHosts(const VirtualHostFile& file);
 // Append one block each to out, every line ended by a line feed.

@@ -1,24 +1,14 @@
 #include "core/net/HostNameLookupThread.h"
 
+#include "core/SharedRegex.h"
+
 #include <wx/protocol/http.h>
-#include <wx/regex.h>
 #include <wx/sckaddr.h>
 #include <wx/sckstrm.h>
 #include <wx/sstream.h>
 #include <wx/utils.h>
 
-#include <mutex>
-
 namespace {
-
-// The regular expressions are compiled once for the run; matching uses their shared state, hence
-// the lock for the rare case of two lookups at once.
-std::mutex regexLock;
-
-wxString FirstMatch(const wxRegEx& regex, const wxString& text, size_t group) {
-    std::lock_guard<std::mutex> lock(regexLock);
-    return regex.Matches(text) ? regex.GetMatch(text, group) : wxString();
-}
 
 wxString HostFromEnvironment(const char* variable, const char* defaultHost) {
     wxString host;
@@ -82,13 +72,13 @@ HostNameLookupThread::~HostNameLookupThread() {
 }
 
 wxString HostNameLookupThread::FindPublicIp(const wxString& page) {
-    static const wxRegEx address("([0-9]+\\.[0-9]+\\.[0-9]+\\.[0-9]+)", wxRE_EXTENDED);
-    return FirstMatch(address, page, 1);
+    static const SharedRegex address("([0-9]+\\.[0-9]+\\.[0-9]+\\.[0-9]+)");
+    return address.Group(page, 1);
 }
 
 wxString HostNameLookupThread::FindLatestVersion(const wxString& page) {
-    static const wxRegEx assignment("([^ ]*)[ \t]*=[ \t]*\"([^\"]*)\"", wxRE_EXTENDED);
-    return FirstMatch(assignment, page, 2);
+    static const SharedRegex assignment("([^ ]*)[ \t]*=[ \t]*\"([^\"]*)\"");
+    return assignment.Group(page, 2);
 }
 
 wxThread::ExitCode HostNameLookupThread::Entry() {

@@ -1,10 +1,12 @@
 #include "core/php/PHPControlConfig.h"
 
 #include "core/InstallPaths.h"
-#include "core/TextFiles.h"
+#include "core/SharedRegex.h"
+#include "core/TextDocument.h"
 
 #include <wx/regex.h>
 #include <wx/textbuf.h>
+#include <wx/wxcrt.h>
 
 #include <memory>
 #include <utility>
@@ -39,28 +41,26 @@ PHPSettingRecord MakeRecord(const Row& row) {
     return record;
 }
 
-// Any line that a directive can match: a word, "=" and a value that begins with a letter. One per
-// thread: a wxRegEx keeps the state of its last match, and the PHP dialog's jobs may overlap.
-const wxRegEx& LineFilter() {
-    thread_local const wxRegEx filter("^[^\t ]+[\t ]*=[\t ]*([a-zA-Z]+)", wxRE_EXTENDED);
+// Any line that a directive can match: a word, "=" and a value that begins with a letter.
+const SharedRegex& LineFilter() {
+    static const SharedRegex filter("^[^\t ]+[\t ]*=[\t ]*([a-zA-Z]+)");
     return filter;
 }
 
-// Calls onLine with each line of text, split at "\r\n", "\r" or "\n". A final line end leaves an
-// empty last line, so joining the lines with line ends gives back the text. One buffer serves
-// every line: a php.ini has thousands.
-template <typename OnLine> void ForEachLine(const wxString& text, OnLine onLine) {
-    wxString line;
-    size_t start = 0;
-    for (;;) {
-        const size_t end = text.find_first_of(wxS("\r\n"), start);
-        line.assign(text, start, end == wxString::npos ? wxString::npos : end - start);
-        onLine(line);
-        if (end == wxString::npos)
-            return;
-        const bool crlf = text[end] == '\r' && end + 1 < text.length() && text[end + 1] == '\n';
-        start = end + (crlf ? 2 : 1);
+// Whether line begins as the pattern of directive demands ("." standing for any character), a
+// test that every line the pattern matches passes and that costs far less than a match. Always
+// true for a directive with other special characters, which only the pattern can judge.
+bool MayMatch(const wxString& line, const wxString& directive) {
+    if (line.length() < directive.length())
+        return false;
+    for (size_t i = 0; i < directive.length(); ++i) {
+        const wxUniChar wanted = directive[i];
+        if (!wxIsalnum(static_cast<wxChar>(wanted)) && wanted != '_' && wanted != '.')
+            return true;
+        if (wanted != '.' && line[i] != wanted)
+            return false;
     }
+    return true;
 }
 
 // The records' match patterns for one pass over a file, each compiled when first needed and
@@ -74,10 +74,16 @@ public:
 
     // The first record in table order whose pattern matches line, and the letters it captured.
     const PHPSettingRecord* Match(const wxString& line, wxString& letters) {
-        // Most lines of a php.ini are comments without "=": a scan is cheaper than the filter.
-        if (line.find('=') == wxString::npos || !LineFilter().Matches(line))
+        // Most lines of a php.ini are comments that begin like no directive: cheap tests first.
+        if (line.find('=') == wxString::npos)
             return nullptr;
+        bool filtered = false;
         for (auto& [record, pattern] : patterns) {
+            if (!MayMatch(line, record->directive))
+                continue;
+            if (!filtered && !LineFilter().Matches(line))
+                return nullptr;
+            filtered = true;
             if (!pattern)
                 pattern = std::make_unique<wxRegEx>(record->matchPattern, wxRE_EXTENDED);
             if (pattern->Matches(line)) {
@@ -108,35 +114,29 @@ void PHPControlConfig::InitSettings() {
 }
 
 bool PHPControlConfig::ReadValues(const wxString& filePath) {
-    wxString text;
-    if (!TextFiles::Read(filePath, text))
+    TextDocument document;
+    if (!document.Load(filePath))
         return false;
     path = filePath;
     PassPatterns patterns(records);
     wxString letters;
-    ForEachLine(text, [&](const wxString& line) {
-        if (const PHPSettingRecord* record = patterns.Match(line, letters))
+    for (const TextDocument::Line& line : document.Lines())
+        if (const PHPSettingRecord* record = patterns.Match(line.text, letters))
             records[record->directive].value = letters;
-    });
     return true;
 }
 
 bool PHPControlConfig::WriteValues() const {
-    wxString text;
-    if (path.empty() || !TextFiles::Read(path, text))
+    TextDocument document;
+    if (path.empty() || !document.Load(path))
         return false;
     PassPatterns patterns(records);
-    wxString output, letters;
-    output.reserve(text.length());
-    bool first = true;
-    ForEachLine(text, [&](const wxString& line) {
-        if (!first)
-            output += wxTextBuffer::GetEOL();
-        first = false;
-        const PHPSettingRecord* record = patterns.Match(line, letters);
-        output += record ? record->GetWriteLine() : line;
-    });
-    return TextFiles::WriteAtomically(path, output);
+    wxString letters;
+    for (TextDocument::Line& line : document.Lines())
+        if (const PHPSettingRecord* record = patterns.Match(line.text, letters))
+            line.text = record->GetWriteLine();
+    document.UseLineEnd(wxTextBuffer::GetEOL());
+    return document.Save(path);
 }
 
 PHPSettingRecord* PHPControlConfig::Find(const wxString& directive) {

@@ -28,8 +28,8 @@ public:
     // Sets the value of every directive the file sets in letters and remembers path. False, with
     // nothing changed, when the file is missing or unreadable.
     bool ReadValues(const wxString& path);
-    // Rewrites the remembered file with the current values through path + ".temp" renamed over
-    // it. False, with the file untouched, when it is missing or cannot be replaced.
+    // Rewrites the remembered file with the current values, replacing it atomically. False, with
+    // the file untouched, when it is missing or cannot be replaced.
     bool WriteValues() const;
 
     const Records& GetRecords() const { return records; }

@@ -2,11 +2,10 @@
 
 #include "core/AppSettings.h"
 
+#include "core/IniReader.h"
 #include "core/TextFiles.h"
 #include "core/lang/LangTable.h"
 #include "core/servers/ProcessLookup.h"
-
-#include <wx/tokenzr.h>
 
 MysqlServer::MysqlServer(const InstallPaths& paths)
     : ServerBase(paths, InstallPaths::MysqlProcessName()),
@@ -66,19 +65,9 @@ wxString MysqlServer::LiveOption(const wxString& name) const {
     wxString text;
     if (!TextFiles::Read(paths.MysqlLiveConfig(), text))
         return wxString();
-    wxString section, value;
-    wxStringTokenizer lines(text, "\r\n");
-    while (lines.HasMoreTokens()) {
-        wxString line = lines.GetNextToken().Trim().Trim(false);
-        if (line.StartsWith("[")) {
-            section = line;
-            continue;
-        }
-        wxString key = line.BeforeFirst('=').Trim();
-        if (section == "[mysqld]" && line.Contains("=") && key == name)
-            value = line.AfterFirst('=').Trim(false);
-    }
-    if (value.length() >= 2 && value.StartsWith("\"") && value.EndsWith("\""))
-        value = value.Mid(1, value.length() - 2);
-    return value;
+    wxString value;
+    for (const IniEntry& entry : ReadIniEntries(text))
+        if (entry.section == "[mysqld]" && entry.key == name)
+            value = entry.value;
+    return WithoutQuotes(value);
 }

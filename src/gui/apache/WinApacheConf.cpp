@@ -527,8 +527,8 @@ void WinApacheConf::OnModuleSelected(wxCommandEvent&) {
     if (index < 0)
         return;
     const wxString& name = data.modules[index].name;
-    ShowDescription(label_ModuleDescription, catalogue.ModuleDescription(name));
-    link_Description->SetURL(catalogue.ModuleLink(name));
+    ShowDescription(label_ModuleDescription, HelpCatalogue::Get().ModuleDescription(name));
+    link_Description->SetURL(HelpCatalogue::Get().ModuleLink(name));
 }
 
 void WinApacheConf::OnLink(wxHyperlinkEvent& event) {

@@ -134,7 +134,6 @@ private:
     ApacheConfData data;
     int selected = -1;
     bool busy = false;
-    HelpCatalogue catalogue;
     ConfigWorkerSet workers;
 
     LoadingControl* loading = nullptr;

@@ -228,8 +228,8 @@ void WinPHPExt::OnExtensionSelected(wxCommandEvent&) {
     if (index < 0)
         return;
     const wxString& name = data.extensions[index].name;
-    ShowDescription(label_ModuleDescription, catalogue.ExtensionDescription(name));
-    link_Description->SetURL(catalogue.ExtensionLink(name));
+    ShowDescription(label_ModuleDescription, HelpCatalogue::Get().ExtensionDescription(name));
+    link_Description->SetURL(HelpCatalogue::Get().ExtensionLink(name));
 }
 
 PHPSettingRecord* WinPHPExt::SelectedSetting() {

@@ -73,7 +73,6 @@ private:
     PhpConfData data;
     std::vector<wxString> settingRows; // directive of each row of the settings list
     bool busy = false;
-    HelpCatalogue catalogue;
     ConfigWorkerSet workers;
 
     LoadingControl* loading = nullptr;
