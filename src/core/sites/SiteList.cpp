@@ -1,8 +1,7 @@
 #include "core/sites/SiteList.h"
 
+#include "core/FolderListing.h"
 #include "core/lang/LangTable.h"
-
-#include <wx/dir.h>
 
 #include <algorithm>
 #include <map>
@@ -10,13 +9,7 @@
 namespace {
 
 std::vector<wxString> SubFolders(const wxString& folder) {
-    std::vector<wxString> names;
-    wxDir dir;
-    if (!wxDir::Exists(folder) || !dir.Open(folder))
-        return names;
-    wxString name;
-    for (bool found = dir.GetFirst(&name, "", wxDIR_DIRS); found; found = dir.GetNext(&name))
-        names.push_back(name);
+    std::vector<wxString> names = ListFolder(folder, "", wxDIR_DIRS);
     std::sort(names.begin(), names.end(), [](const wxString& a, const wxString& b) {
         const int order = a.CmpNoCase(b);
         return order != 0 ? order < 0 : a < b;
