@@ -3,6 +3,7 @@
 #include "gui/tools/ToolsPanel.h"
 
 #include "core/AppSettings.h"
+#include "core/FolderListing.h"
 #include "core/PhpVersions.h"
 #include "core/lang/LangTable.h"
 #include "core/net/HostNameLookupThread.h"
@@ -21,7 +22,6 @@
 #include <wx/bmpbuttn.h>
 #include <wx/button.h>
 #include <wx/choice.h>
-#include <wx/dir.h>
 #include <wx/filename.h>
 #include <wx/hyperlink.h>
 #include <wx/menu.h>
@@ -652,12 +652,9 @@ void WinKovix::PopupAndDiscard(wxMenu* menu) {
 
 // The first "*.err" file of the MySQL data folder, or "" when there is none.
 wxString WinKovix::MysqlErrorFile() const {
-    wxDir dir;
-    wxString name;
     const wxString folder = paths.MysqlDataFolder();
-    if (!wxDir::Exists(folder) || !dir.Open(folder) || !dir.GetFirst(&name, "*.err", wxDIR_FILES))
-        return wxString();
-    return folder + Platform::Get().PathSeparator() + name;
+    const std::vector<wxString> names = ListFolder(folder, "*.err", wxDIR_FILES);
+    return names.empty() ? wxString() : folder + Platform::Get().PathSeparator() + names.front();
 }
 
 void WinKovix::ShowFile(const wxString& path) {

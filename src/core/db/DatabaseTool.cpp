@@ -1,5 +1,7 @@
 #include "core/db/DatabaseTool.h"
 
+#include "core/SharedRegex.h"
+
 #include "core/InstallPaths.h"
 #include "core/lang/LangTable.h"
 #include "core/servers/MysqlServer.h"
@@ -9,7 +11,6 @@
 #include <wx/ffile.h>
 #include <wx/filename.h>
 #include <wx/log.h>
-#include <wx/regex.h>
 #include <wx/tokenzr.h>
 #include <wx/wfstream.h>
 #include <wx/zstream.h>
@@ -119,12 +120,13 @@ wxString DatabaseTool::BackupFolderOf(const InstallPaths& paths) {
 }
 
 wxString DatabaseTool::DatabaseOfBackup(const wxString& file) {
-    static const wxRegEx stamped("^(.+)-[0-9]{8}-[0-9]{6}(-[0-9]+)?\\.sql(\\.gz)?$");
-    static const wxRegEx plain("^(.+)\\.sql(\\.gz)?$");
+    static const SharedRegex stamped("^(.+)-[0-9]{8}-[0-9]{6}(-[0-9]+)?\\.sql(\\.gz)?$");
+    static const SharedRegex plain("^(.+)\\.sql(\\.gz)?$");
     const wxString name = wxFileName(file).GetFullName();
-    for (const wxRegEx* pattern : {&stamped, &plain})
-        if (pattern->Matches(name))
-            return pattern->GetMatch(name, 1);
+    std::vector<wxString> groups;
+    for (const SharedRegex* pattern : {&stamped, &plain})
+        if (pattern->Match(name, groups))
+            return groups[1];
     return wxString();
 }
 

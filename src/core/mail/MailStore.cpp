@@ -1,10 +1,11 @@
 #include "core/mail/MailStore.h"
 
+#include "core/FolderListing.h"
+
 #include "core/InstallPaths.h"
 #include "core/mail/MailMessage.h"
 
 #include <wx/datetime.h>
-#include <wx/dir.h>
 #include <wx/ffile.h>
 #include <wx/filename.h>
 #include <wx/log.h>
@@ -85,12 +86,7 @@ bool MailStore::Catch(const std::string& bytes, wxString& id, wxString& error) c
 
 std::vector<wxString> MailStore::Ids() const {
     std::vector<wxString> ids;
-    wxDir dir;
-    if (!wxDirExists(folder) || !dir.Open(folder))
-        return ids;
-    wxString name;
-    for (bool more = dir.GetFirst(&name, "*" + Extension, wxDIR_FILES); more;
-         more = dir.GetNext(&name))
+    for (const wxString& name : ListFolder(folder, "*" + Extension, wxDIR_FILES))
         ids.push_back(name.Left(name.length() - Extension.length()));
     std::sort(ids.begin(), ids.end(),
               [](const wxString& a, const wxString& b) { return IsNewer(a, b); });
