@@ -49,7 +49,7 @@ TEST(HelpCatalogue, HoldsEveryNameOnceLaidOutAsItsKindRequires) {
 // Every module line the shipped Apache template has, switched on or off, is described, and the
 // process models link to their own manual pages.
 TEST(HelpCatalogue, DescribesEveryModuleOfTheShippedTemplate) {
-    const HelpCatalogue catalogue;
+    const HelpCatalogue& catalogue = HelpCatalogue::Get();
     std::ifstream shipped(KOVIX_SOURCE_DIR "/stack/apache/conf/httpd_source.conf");
     std::string line;
     int modules = 0;
