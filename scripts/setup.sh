@@ -52,7 +52,29 @@ install_missing() {
     # shellcheck disable=SC2086
     as_root apt-get install -y -q --no-install-recommends $missing </dev/null
     [ "$created_policy" = 1 ] && as_root rm -f "$policy"
+    disable_system_services $missing
     return 0
+}
+
+# Debian enables the services of the servers it installs; at the next boot they would hold the
+# ports the tree's own servers use. Only services of packages installed just now are disabled:
+# a system Apache or MariaDB that was there before is left as it was.
+disable_system_services() {
+    local package service services=()
+    for package in "$@"; do
+        case "$package" in
+        apache2) services+=(apache2) ;;
+        mariadb-server) services+=(mariadb) ;;
+        esac
+    done
+    [ "${#services[@]}" -eq 0 ] && return 0
+    if [ ! -d /run/systemd/system ]; then
+        return 0 # no systemd running: nothing starts these services
+    fi
+    for service in "${services[@]}"; do
+        echo "== Disabling the system's $service service (Kovix runs its own server)"
+        as_root systemctl disable --now "$service.service" || true
+    done
 }
 
 # The tests start the servers under a French locale, which exists only once generated.

@@ -160,3 +160,28 @@ TEST_F(Servers, CleanIsRefusedWhileItsServerRunsAndSessionsNeverAre) {
     EXPECT_EQ(Ctl({"clean", "sessions"}).exitCode, 0);
     EXPECT_FALSE(wxFileExists(tree.File("apache/sessions/sess_test")));
 }
+
+// Apache gives a name no host claims to the first host of the address: the main site must stay
+// first when the user adds a host, with or without the sites of www/.
+TEST_F(Servers, LocalhostStaysTheMainSiteBesideAnAddedHost) {
+    const wxString port = wxString::Format("%d", tree.ApachePort());
+    WriteBytes(tree.File("kovix.ini"),
+               ReadBytes(tree.File("kovix.ini")) + "SITES_ENABLED = \"0\"\n");
+    ASSERT_TRUE(wxMkdir(tree.File("www/demo")));
+    WriteBytes(tree.File("www/demo/index.html"), "demo page\n");
+    const wxString hosts = "{\"hosts\":[{\"address\":\"*:" + port +
+                           "\",\"ServerName\":\"demo.localhost\",\"ServerAlias\":\"\","
+                           "\"DocumentRoot\":\"{DOCUMENTPATH}/demo\",\"aliases\":[],"
+                           "\"directories\":[],\"others\":[]}]}";
+    WriteBytes(tree.File("hosts.json"), hosts.utf8_string());
+    ASSERT_EQ(Ctl({"apache", "vhosts", "import", tree.File("hosts.json")}).exitCode, 0);
+    ASSERT_EQ(Ctl({"start", "apache"}).exitCode, 0);
+    auto page = [&](const wxString& host) {
+        return RunCommand({"curl", "-s", "-H", "Host: " + host, "http://127.0.0.1:" + port + "/"})
+            .out;
+    };
+    EXPECT_NE(page("localhost").Find("<title>Kovix - local web server</title>"), wxNOT_FOUND);
+    EXPECT_EQ(page("demo.localhost"), "demo page\n");
+    EXPECT_EQ(Ctl({"stop", "apache"}).exitCode, 0);
+    ExpectNothingLeft();
+}
