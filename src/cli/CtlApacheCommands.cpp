@@ -70,6 +70,16 @@ wxString TextField(const nlohmann::json& object, const char* name) {
     return JsonToText(Field(object, name, JsonType::string), name);
 }
 
+// A value the template holds between quotes: a quote would end it early and a control character
+// (NUL included) breaks the line, so Apache would refuse the whole file.
+wxString QuotedField(const nlohmann::json& object, const char* name) {
+    const nlohmann::json& value = Field(object, name, JsonType::string);
+    for (const char byte : value.get_ref<const std::string&>())
+        if (byte == '"' || static_cast<unsigned char>(byte) < 0x20 || byte == 0x7f)
+            WrongShape(std::string("\"") + name + "\" holds a quote or a control character");
+    return JsonToText(value, name);
+}
+
 bool BoolField(const nlohmann::json& object, const char* name) {
     return Field(object, name, JsonType::boolean).get<bool>();
 }
@@ -89,7 +99,7 @@ const nlohmann::json& ObjectIn(const nlohmann::json& value, const char* list) {
 
 DirectoryRecord JsonToDirectory(const nlohmann::json& object) {
     DirectoryRecord directory;
-    directory.path = TextField(object, "path");
+    directory.path = QuotedField(object, "path");
     directory.FollowSymLinks = BoolField(object, "FollowSymLinks");
     directory.Includes = BoolField(object, "Includes");
     directory.Indexes = BoolField(object, "Indexes");
@@ -102,12 +112,12 @@ DirectoryRecord JsonToDirectory(const nlohmann::json& object) {
 VirtualHostRecord JsonToHost(const nlohmann::json& object) {
     VirtualHostRecord host;
     host.address = TextField(object, "address");
-    host.ServerName = TextField(object, "ServerName");
-    host.ServerAlias = TextField(object, "ServerAlias");
-    host.DocumentRoot = TextField(object, "DocumentRoot");
+    host.ServerName = QuotedField(object, "ServerName");
+    host.ServerAlias = QuotedField(object, "ServerAlias");
+    host.DocumentRoot = QuotedField(object, "DocumentRoot");
     for (const nlohmann::json& alias : Field(object, "aliases", JsonType::array))
-        host.aliases.push_back({TextField(ObjectIn(alias, "aliases"), "name"),
-                                TextField(ObjectIn(alias, "aliases"), "folder")});
+        host.aliases.push_back({QuotedField(ObjectIn(alias, "aliases"), "name"),
+                                QuotedField(ObjectIn(alias, "aliases"), "folder")});
     for (const nlohmann::json& directory : Field(object, "directories", JsonType::array))
         host.directories.push_back(JsonToDirectory(ObjectIn(directory, "directories")));
     host.others = TextsField(object, "others");

@@ -62,6 +62,10 @@ TEST_F(CtlApacheTest, BadDocumentsExitOneAndLeaveTheTemplateAlone) {
         host + R"(,"others":["a\nListen 81"]}]})",
         host + R"(,"directories":[{"path":"/d","FollowSymLinks":"true","Includes":false,
             "Indexes":false,"MultiViews":false,"AllowOverride":false,"others":[]}]}]})",
+        // Quoted values Apache would read wrongly or refuse.
+        host + R"(,"ServerName":"a\"b"}]})",
+        host + R"(,"DocumentRoot":"/w\u0000x"}]})",
+        host + R"(,"aliases":[{"name":"/i","folder":"/f\tg"}]}]})",
     };
     for (const std::string& document : documents) {
         const CommandResult result = Import(document);
