@@ -15,4 +15,5 @@ if [ -z "${DISPLAY:-}" ] && [ -z "${WAYLAND_DISPLAY:-}" ]; then
     echo "  $tree/kovixctl status | start | stop | ...   (see README.md)"
     exit 0
 fi
+"$here/scripts/install-desktop-entry.sh" "$tree"
 exec "$tree/kovix"

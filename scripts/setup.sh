@@ -18,7 +18,7 @@ packages=(
     mkcert libnss3-tools openssl
     # running and testing the window without a desktop
     xvfb xauth x11-utils imagemagick fonts-dejavu-core shared-mime-info xdg-utils curl procps
-    locales
+    locales desktop-file-utils
 )
 
 missing_packages() {
