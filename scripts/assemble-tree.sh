@@ -307,6 +307,17 @@ grant_www_data() {
     done
 }
 
+# Port 80 stays the program's default, but a user who may not bind it would only meet a refusal
+# at the first start: such a user's new tree starts on 8080.
+write_settings() {
+    local settings="$TREE/kovix.ini" first_free
+    [ -e "$settings" ] && return 0
+    first_free=$(cat /proc/sys/net/ipv4/ip_unprivileged_port_start 2>/dev/null || echo 1024)
+    if [ "$(id -u)" -ne 0 ] && [ "$first_free" -gt 80 ]; then
+        printf 'APACHE_PORT = "8080"\n' >"$settings"
+    fi
+}
+
 main() {
     local rebuild=0
     if [[ ${1:-} == --rebuild ]]; then
@@ -332,6 +343,7 @@ main() {
     assemble_www
     assemble_utils
     grant_www_data
+    write_settings
     printf 'assemble-tree: Kovix tree ready in %s\n' "$TREE"
 }
 

@@ -77,7 +77,7 @@ void WaitForStart(
     });
     if (!accepting) {
         output += server.ReadOutput() + ownLog();
-        throw CtlFailure(name + " did not start" +
+        throw CtlFailure(wxString::Format(GetLangText("SERVER_NOT_STARTED"), name) +
                          (output.empty() ? wxString(".") : ":\n" + output.Trim()));
     }
 }
@@ -157,6 +157,9 @@ void Start(CtlContext& context) {
     which.apache = which.apache && !apache.IsRunning();
     which.mysql = which.mysql && !mysql.IsRunning();
     const int port = context.settings.GetPort();
+    const wxString refusal = which.apache ? PortCheck::PortRefusal(port) : wxString();
+    if (!refusal.empty())
+        throw CtlFailure(refusal);
     if (which.apache && !PortCheck::IsPortFree(port)) {
         context.PrintError(PortCheck::PortTakenMessage(context.settings));
         throw CtlFailure(PortCheck::PortHolderLine(port));

@@ -464,7 +464,10 @@ void WinKovix::StartApacheChecked(bool thenMysql) {
     restartState = RESTART_IDLE;
     busy = true;
     btn_Start->Disable();
-    if (!PortCheck::IsPortFree(settings.GetPort())) {
+    const wxString refusal = PortCheck::PortRefusal(settings.GetPort());
+    if (!refusal.empty()) {
+        wxMessageBox(refusal, "Kovix", wxOK, this);
+    } else if (!PortCheck::IsPortFree(settings.GetPort())) {
         AppendConsole(PortCheck::PortHolderLine(settings.GetPort()) + "\n");
         wxMessageBox(PortCheck::PortTakenMessage(settings), "Kovix", wxOK, this);
     } else if (apache.Start() && thenMysql) {

@@ -6,6 +6,12 @@
 
 namespace PortCheck {
 
+wxString PortRefusal(int port) {
+    if (Platform::Get().MayListenOn(port))
+        return wxString();
+    return wxString::Format(GetLangText("PORT_PRIVILEGED"), port);
+}
+
 bool IsPortFree(int port) {
     const int oneSecond = 1000;
     return !Platform::Get().IsLocalPortTaken(port, oneSecond);

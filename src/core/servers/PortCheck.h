@@ -7,6 +7,9 @@ class AppSettings;
 // The test made before Apache starts: is its port already taken, and by whom.
 namespace PortCheck {
 
+// Empty when Apache may listen on the port; else, in the current language, why not and which
+// port to choose instead.
+wxString PortRefusal(int port);
 // True when nothing accepts a connection on localhost:port within one second.
 bool IsPortFree(int port);
 // The message shown when the Apache port is taken, in the current language, with the port text
