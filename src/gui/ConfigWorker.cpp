@@ -1,13 +1,15 @@
 #include "gui/ConfigWorker.h"
 
-ConfigWorker::ConfigWorker(wxEvtHandler* dialog, wxEventType type, bool save)
-    : wxThread(wxTHREAD_JOINABLE), dialog(dialog), type(type), save(save) {}
+ConfigWorker::ConfigWorker(wxEvtHandler* dialog, wxEventType type, bool save,
+                           const InstallPaths& paths, Job job)
+    : wxThread(wxTHREAD_JOINABLE), dialog(dialog), type(type), save(save), paths(paths),
+      job(std::move(job)) {}
 
 wxThread::ExitCode ConfigWorker::Entry() {
     auto* completion = new wxThreadEvent(type);
     completion->SetString(save ? SAVE : GET);
-    completion->SetInt(job);
-    Work(*completion);
+    completion->SetInt(jobNumber);
+    job(paths.Get(), *this, *completion);
     Queue(completion);
     return nullptr;
 }
@@ -15,7 +17,7 @@ wxThread::ExitCode ConfigWorker::Entry() {
 void ConfigWorker::Post(const wxString& text) {
     auto* event = new wxThreadEvent(type);
     event->SetString(text);
-    event->SetInt(job);
+    event->SetInt(jobNumber);
     Queue(event);
 }
 

@@ -1,8 +1,8 @@
 #include "gui/apache/WinApacheConf.h"
 
+#include "core/apache/HelpCatalogue.h"
 #include "core/lang/LangTable.h"
 #include "gui/DialogParts.h"
-#include "gui/LoadingControl.h"
 #include "gui/apache/WinAliasConf.h"
 #include "gui/apache/WinDirectoryConf.h"
 #include "gui/apache/WinOthersConf.h"
@@ -13,6 +13,7 @@
 #include <wx/listbox.h>
 #include <wx/msgdlg.h>
 #include <wx/notebook.h>
+#include <wx/panel.h>
 #include <wx/sizer.h>
 #include <wx/statbox.h>
 #include <wx/stattext.h>
@@ -69,7 +70,7 @@ std::vector<wxString> DirectoryEntries(const VirtualHostRecord& host) {
 
 } // namespace
 
-wxBEGIN_EVENT_TABLE(WinApacheConf, wxDialog)
+wxBEGIN_EVENT_TABLE(WinApacheConf, ConfigDialog)
     EVT_APACHE_CONF_WORKER_DONE(WinApacheConf::OnWorkerDone)
     EVT_LISTBOX(WinApacheConf::ID_HOSTS, WinApacheConf::OnHostSelected)
     EVT_BUTTON(WinApacheConf::ID_ADD_HOST, WinApacheConf::OnAddHost)
@@ -94,25 +95,18 @@ wxBEGIN_EVENT_TABLE(WinApacheConf, wxDialog)
     EVT_BUTTON(WinApacheConf::ID_HELP_DIRECTORY, WinApacheConf::OnHelp)
     EVT_BUTTON(WinApacheConf::ID_RESTORE, WinApacheConf::OnRestore)
     EVT_LISTBOX(WinApacheConf::ID_MODULES, WinApacheConf::OnModuleSelected)
-    EVT_HYPERLINK(WinApacheConf::ID_MODULE_LINK, WinApacheConf::OnLink)
     EVT_BUTTON(WinApacheConf::ID_OK, WinApacheConf::OnOk)
     EVT_BUTTON(WinApacheConf::ID_CANCEL, WinApacheConf::OnCancel)
 wxEND_EVENT_TABLE()
 
 WinApacheConf::WinApacheConf(wxWindow* parent, const InstallPaths& paths)
-    : wxDialog(parent, wxID_ANY, "Apache Config", wxDefaultPosition, wxDefaultSize,
-               wxDEFAULT_DIALOG_STYLE | wxRESIZE_BORDER, "dialog"),
-      paths(paths) {
+    : ConfigDialog(parent, "Apache Config"), paths(paths) {
     BuildControls();
     ApplyTexts();
     UpdateControls();
     SetEscapeId(ID_CANCEL);
     SetBusy(GetLangText("LOAD_APACHE_CONF"));
     StartWorker(std::make_unique<WorkedThreadApacheConf>(this, paths, false));
-}
-
-WinApacheConf::~WinApacheConf() {
-    workers.StopAll();
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -131,8 +125,7 @@ void WinApacheConf::BuildControls() {
     SetSizerAndFit(top);
     btn_OK = static_cast<wxButton*>(FindWindow(ID_OK));
     btn_Cancel = static_cast<wxButton*>(FindWindow(ID_CANCEL));
-    // Over the middle of the pages; made last, so it lies above them.
-    loading = new LoadingControl(this, wxID_ANY, GetClientSize().y / 2 - FromDIP(20));
+    AddLoadingControl();
 }
 
 wxWindow* WinApacheConf::BuildHostsPage() {
@@ -244,18 +237,10 @@ wxWindow* WinApacheConf::BuildModulesPage() {
     listbox_Modules =
         new wxCheckListBox(page, ID_MODULES, wxDefaultPosition, wxSize(FromDIP(260), -1), 0,
                            nullptr, wxLB_SINGLE, wxDefaultValidator, "listbox_Modules");
-    groupBoxDescription = new wxStaticBox(page, ID_GROUP_DESCRIPTION, "Description",
-                                          wxDefaultPosition, wxDefaultSize, 0, "groupBox");
-    label_ModuleDescription =
-        DescriptionPane(groupBoxDescription, ID_MODULE_DESCRIPTION, "label_ModuleDescription");
-    link_Description =
-        new wxHyperlinkCtrl(groupBoxDescription, ID_MODULE_LINK, "link", "", wxDefaultPosition,
-                            wxDefaultSize, wxHL_DEFAULT_STYLE, "link_Description");
-    UseDescriptionFont(link_Description);
-
-    auto* group = new wxStaticBoxSizer(groupBoxDescription, wxVERTICAL);
-    group->Add(PaneOf(label_ModuleDescription), 1, wxEXPAND | wxALL, gap);
-    group->Add(link_Description, 0, wxLEFT | wxRIGHT | wxBOTTOM, gap);
+    wxStaticBoxSizer* group = DescriptionBox(page, ID_GROUP_DESCRIPTION, label_ModuleDescription,
+                                             ID_MODULE_DESCRIPTION, "label_ModuleDescription",
+                                             link_Description, ID_MODULE_LINK, "link_Description");
+    groupBoxDescription = group->GetStaticBox();
     auto* row = new wxBoxSizer(wxHORIZONTAL);
     row->Add(listbox_Modules, 0, wxEXPAND | wxALL, gap);
     row->Add(group, 1, wxEXPAND | wxTOP | wxRIGHT | wxBOTTOM, gap);
@@ -284,29 +269,15 @@ void WinApacheConf::ApplyTexts() {
 // ---------------------------------------------------------------------------------------------
 // Workers
 
-void WinApacheConf::SetBusy(const wxString& text) {
-    busy = true;
-    notebook->Disable();
-    btn_OK->Disable();
-    loading->ShowText(text);
-}
-
-void WinApacheConf::ClearBusy() {
-    busy = false;
-    loading->Hide();
-    notebook->Enable();
-    btn_OK->Enable();
-}
-
-void WinApacheConf::StartWorker(std::unique_ptr<ConfigWorker> worker) {
-    if (!workers.Start(std::move(worker)))
-        ClearBusy();
+// A job locks the pages and OK.
+void WinApacheConf::LockForJob(bool locked) {
+    notebook->Enable(!locked);
+    btn_OK->Enable(!locked);
 }
 
 void WinApacheConf::OnWorkerDone(wxThreadEvent& event) {
-    if (!workers.Knows(event.GetInt()))
+    if (!AcceptCompletion(event))
         return;
-    workers.Finish(event.GetInt());
     if (event.GetString() == ConfigWorker::SAVE) {
         EndDialog(wxID_OK);
         return;
@@ -323,7 +294,7 @@ void WinApacheConf::OnOk(wxCommandEvent&) {
     for (size_t i = 0; i < data.modules.size(); ++i)
         data.modules[i].enabled = listbox_Modules->IsChecked(i);
     SetBusy(GetLangText("SAVE_APACHE_CONF"));
-    workers.StopAll();
+    StopWorkers();
     CommitHost();
     StartWorker(std::make_unique<WorkedThreadApacheConf>(this, paths, data));
 }
@@ -336,7 +307,7 @@ void WinApacheConf::OnRestore(wxCommandEvent&) {
     wxMessageDialog question(this, GetLangText("RESTORE_CONFIG_SURE"), "Kovix", wxYES_NO);
     if (question.ShowModal() != wxID_YES)
         return;
-    workers.StopAll();
+    StopWorkers();
     SetBusy(GetLangText("LOAD_APACHE_CONF"));
     StartWorker(std::make_unique<WorkedThreadApacheConf>(this, paths, true));
 }
@@ -529,8 +500,4 @@ void WinApacheConf::OnModuleSelected(wxCommandEvent&) {
     const wxString& name = data.modules[index].name;
     ShowDescription(label_ModuleDescription, HelpCatalogue::Get().ModuleDescription(name));
     link_Description->SetURL(HelpCatalogue::Get().ModuleLink(name));
-}
-
-void WinApacheConf::OnLink(wxHyperlinkEvent& event) {
-    OpenLink(event.GetURL());
 }

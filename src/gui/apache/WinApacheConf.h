@@ -1,17 +1,12 @@
 #pragma once
 
 #include "core/InstallPaths.h"
-#include "core/apache/HelpCatalogue.h"
-#include "gui/ConfigWorkerSet.h"
+#include "gui/ConfigDialog.h"
 #include "gui/apache/WorkedThreadApacheConf.h"
 
-#include <wx/dialog.h>
-
-class LoadingControl;
 class wxButton;
 class wxCheckListBox;
 class wxHyperlinkCtrl;
-class wxHyperlinkEvent;
 class wxListBox;
 class wxNotebook;
 class wxStaticBox;
@@ -27,7 +22,7 @@ class wxTextCtrl;
 //
 // The host fields are committed to the selected host when the selection moves, before its lists
 // change, and on OK.
-class WinApacheConf : public wxDialog {
+class WinApacheConf : public ConfigDialog {
 public:
     enum {
         ID_NOTEBOOK = 1001,
@@ -75,10 +70,6 @@ public:
 
     // Starts loading the template of the tree at once; paths must outlive the dialog.
     WinApacheConf(wxWindow* parent, const InstallPaths& paths);
-    ~WinApacheConf() override;
-
-    // While a worker reads or writes the template.
-    bool IsBusy() const { return busy; }
 
 private:
     void BuildControls();
@@ -89,9 +80,7 @@ private:
     wxWindow* BuildModulesPage();
     void ApplyTexts();
 
-    void SetBusy(const wxString& text);
-    void ClearBusy();
-    void StartWorker(std::unique_ptr<ConfigWorker> worker);
+    void LockForJob(bool locked) override;
     VirtualHostRecord* SelectedHost();
     void CommitHost();
     void RefreshHostList();
@@ -126,17 +115,13 @@ private:
     void OnHelp(wxCommandEvent& event);
     void OnRestore(wxCommandEvent& event);
     void OnModuleSelected(wxCommandEvent& event);
-    void OnLink(wxHyperlinkEvent& event);
     void OnOk(wxCommandEvent& event);
     void OnCancel(wxCommandEvent& event);
 
     InstallPaths paths;
     ApacheConfData data;
     int selected = -1;
-    bool busy = false;
-    ConfigWorkerSet workers;
 
-    LoadingControl* loading = nullptr;
     wxNotebook* notebook = nullptr;
     wxListBox* listBoxHosts = nullptr;
     wxStaticBox* groupBoxHost = nullptr;

@@ -5,38 +5,33 @@
 
 wxDEFINE_EVENT(EVT_APACHE_CONF_WORKER, wxThreadEvent);
 
-WorkedThreadApacheConf::WorkedThreadApacheConf(wxEvtHandler* dialog, const InstallPaths& paths,
-                                               bool restore)
-    : ConfigWorker(dialog, EVT_APACHE_CONF_WORKER, false), paths(paths), restore(restore) {}
+namespace {
 
-WorkedThreadApacheConf::WorkedThreadApacheConf(wxEvtHandler* dialog, const InstallPaths& paths,
-                                               ApacheConfData data)
-    : ConfigWorker(dialog, EVT_APACHE_CONF_WORKER, true), paths(paths), data(std::move(data)) {}
-
-void WorkedThreadApacheConf::Work(wxThreadEvent& completion) {
-    if (IsSave())
-        Save();
-    else
-        Load(completion);
-}
-
-void WorkedThreadApacheConf::Load(wxThreadEvent& completion) {
+void Load(const InstallPaths& paths, bool restore, ConfigWorker& worker, ApacheConfData& data) {
     using namespace TemplateSwitches;
     if (restore)
-        Cleanup::RestoreApache(paths.Get());
-    for (const wxString& line : ListModuleLines(paths.Get()))
+        Cleanup::RestoreApache(paths);
+    for (const wxString& line : ListModuleLines(paths))
         data.modules.push_back({line, ModuleKeyOf(line), IsModuleLineEnabled(line)});
-    if (Stopping())
-        return;
-    LoadVirtualHostFile(data.hosts, paths.Get());
-    completion.SetPayload(data);
+    if (!worker.Stopping())
+        LoadVirtualHostFile(data.hosts, paths);
 }
 
-void WorkedThreadApacheConf::Save() const {
+void Save(const InstallPaths& paths, const ApacheConfData& data) {
     using namespace TemplateSwitches;
     std::vector<wxString> lines;
     for (const SwitchLine& module : data.modules)
         lines.push_back(MakeModuleLine(module.line, module.enabled));
-    WriteModuleLines(paths.Get(), lines);
+    WriteModuleLines(paths, lines);
     WriteVirtualHosts(data.hosts);
 }
+
+} // namespace
+
+WorkedThreadApacheConf::WorkedThreadApacheConf(wxEvtHandler* dialog, const InstallPaths& paths,
+                                               bool restore)
+    : ConfigWorker(dialog, EVT_APACHE_CONF_WORKER, paths, restore, Load) {}
+
+WorkedThreadApacheConf::WorkedThreadApacheConf(wxEvtHandler* dialog, const InstallPaths& paths,
+                                               ApacheConfData data)
+    : ConfigWorker(dialog, EVT_APACHE_CONF_WORKER, paths, std::move(data), Save) {}

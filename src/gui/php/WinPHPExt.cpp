@@ -1,8 +1,8 @@
 #include "gui/php/WinPHPExt.h"
 
+#include "core/apache/HelpCatalogue.h"
 #include "core/lang/LangTable.h"
 #include "gui/DialogParts.h"
-#include "gui/LoadingControl.h"
 
 #include <wx/button.h>
 #include <wx/checklst.h>
@@ -11,36 +11,30 @@
 #include <wx/listbox.h>
 #include <wx/msgdlg.h>
 #include <wx/notebook.h>
+#include <wx/panel.h>
 #include <wx/sizer.h>
 #include <wx/statbox.h>
 #include <wx/stattext.h>
 
 using namespace DialogParts;
 
-wxBEGIN_EVENT_TABLE(WinPHPExt, wxDialog)
+wxBEGIN_EVENT_TABLE(WinPHPExt, ConfigDialog)
     EVT_PHP_EXT_WORKER_DONE(WinPHPExt::OnWorkerDone)
     EVT_LISTBOX(WinPHPExt::ID_EXTENSIONS, WinPHPExt::OnExtensionSelected)
     EVT_LISTBOX(WinPHPExt::ID_SETTINGS, WinPHPExt::OnSettingSelected)
     EVT_COMBOBOX(WinPHPExt::ID_SETTING_VALUE, WinPHPExt::OnValueChosen)
     EVT_BUTTON(WinPHPExt::ID_RESTORE, WinPHPExt::OnRestore)
-    EVT_HYPERLINK(wxID_ANY, WinPHPExt::OnLink)
     EVT_BUTTON(WinPHPExt::ID_OK, WinPHPExt::OnOk)
     EVT_BUTTON(WinPHPExt::ID_CANCEL, WinPHPExt::OnCancel)
 wxEND_EVENT_TABLE()
 
 WinPHPExt::WinPHPExt(wxWindow* parent, const InstallPaths& paths)
-    : wxDialog(parent, wxID_ANY, "PHP Extensions", wxDefaultPosition, wxDefaultSize,
-               wxDEFAULT_DIALOG_STYLE | wxRESIZE_BORDER, "dialog"),
-      paths(paths) {
+    : ConfigDialog(parent, "PHP Extensions"), paths(paths) {
     BuildControls();
     ApplyTexts();
     SetEscapeId(ID_CANCEL);
     SetBusy(GetLangText("LOAD_PHP_CONF"));
     StartWorker(std::make_unique<WorkedThread>(this, paths, false));
-}
-
-WinPHPExt::~WinPHPExt() {
-    workers.StopAll();
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -61,8 +55,7 @@ void WinPHPExt::BuildControls() {
     SetSizerAndFit(top);
     btn_OK = static_cast<wxButton*>(FindWindow(ID_OK));
     btn_cancel = static_cast<wxButton*>(FindWindow(ID_CANCEL));
-    // Over the middle of the pages; made last, so it lies above them.
-    loading = new LoadingControl(this, wxID_ANY, GetClientSize().y / 2 - FromDIP(20));
+    AddLoadingControl();
 }
 
 wxWindow* WinPHPExt::BuildExtensionsPage(wxWindow* notebook) {
@@ -75,8 +68,8 @@ wxWindow* WinPHPExt::BuildExtensionsPage(wxWindow* notebook) {
     auto* row = new wxBoxSizer(wxHORIZONTAL);
     row->Add(wxExtList, 0, wxEXPAND | wxALL, gap);
     wxStaticBoxSizer* description =
-        BuildDescription(page, label_ModuleDescription, "label_ModuleDescription", link_Description,
-                         "link_Description");
+        DescriptionBox(page, wxID_ANY, label_ModuleDescription, wxID_ANY, "label_ModuleDescription",
+                       link_Description, wxID_ANY, "link_Description");
     groupBoxExtension = description->GetStaticBox();
     row->Add(description, 1, wxEXPAND | wxTOP | wxRIGHT | wxBOTTOM, gap);
     page->SetSizer(row);
@@ -100,9 +93,9 @@ wxWindow* WinPHPExt::BuildSettingsPage(wxWindow* notebook) {
     value->Add(text_SettingValue, 0, wxALIGN_CENTER_VERTICAL | wxRIGHT, gap);
     value->Add(combo_SettingValue);
     auto* right = new wxBoxSizer(wxVERTICAL);
-    wxStaticBoxSizer* description =
-        BuildDescription(page, label_SettingDescription, "label_SettingDescription",
-                         link_SettingDescription, "link_SettingDescription");
+    wxStaticBoxSizer* description = DescriptionBox(
+        page, wxID_ANY, label_SettingDescription, wxID_ANY, "label_SettingDescription",
+        link_SettingDescription, wxID_ANY, "link_SettingDescription");
     groupBoxSetting = description->GetStaticBox();
     right->Add(description, 1, wxEXPAND | wxBOTTOM, gap);
     right->Add(value);
@@ -111,23 +104,6 @@ wxWindow* WinPHPExt::BuildSettingsPage(wxWindow* notebook) {
     row->Add(right, 1, wxEXPAND | wxTOP | wxRIGHT | wxBOTTOM, gap);
     page->SetSizer(row);
     return page;
-}
-
-// A "groupBox" framing a description and its link.
-wxStaticBoxSizer* WinPHPExt::BuildDescription(wxWindow* page, wxStaticText*& label,
-                                              const wxString& labelName, wxHyperlinkCtrl*& link,
-                                              const wxString& linkName) {
-    const int gap = FromDIP(8);
-    auto* box = new wxStaticBox(page, wxID_ANY, "Description", wxDefaultPosition, wxDefaultSize, 0,
-                                "groupBox");
-    label = DescriptionPane(box, wxID_ANY, labelName);
-    link = new wxHyperlinkCtrl(box, wxID_ANY, "link", "", wxDefaultPosition, wxDefaultSize,
-                               wxHL_DEFAULT_STYLE, linkName);
-    UseDescriptionFont(link);
-    auto* group = new wxStaticBoxSizer(box, wxVERTICAL);
-    group->Add(PaneOf(label), 1, wxEXPAND | wxALL, gap);
-    group->Add(link, 0, wxLEFT | wxRIGHT | wxBOTTOM, gap);
-    return group;
 }
 
 void WinPHPExt::ApplyTexts() {
@@ -144,38 +120,25 @@ void WinPHPExt::ApplyTexts() {
 // ---------------------------------------------------------------------------------------------
 // Jobs
 
-void WinPHPExt::SetBusy(const wxString& text) {
-    busy = true;
-    btn_OK->Disable();
-    btn_cancel->Disable();
-    loading->ShowText(text);
-}
-
-void WinPHPExt::ClearBusy() {
-    busy = false;
-    loading->Hide();
-    btn_OK->Enable();
-    btn_cancel->Enable();
-}
-
-void WinPHPExt::StartWorker(std::unique_ptr<ConfigWorker> worker) {
-    if (!workers.Start(std::move(worker)) && workers.IsEmpty())
-        ClearBusy();
+// A job locks OK and Cancel only: the pages and Restore stay usable.
+void WinPHPExt::LockForJob(bool locked) {
+    btn_OK->Enable(!locked);
+    btn_cancel->Enable(!locked);
 }
 
 void WinPHPExt::OnWorkerDone(wxThreadEvent& event) {
-    if (!workers.Knows(event.GetInt()))
+    const bool restored = event.GetString() == WorkedThread::RESTORED;
+    if (!AcceptCompletion(event, restored))
         return;
-    if (event.GetString() == WorkedThread::RESTORED) {
+    if (restored) {
         SetBusy(GetLangText("LOAD_PHP_CONF"));
         return;
     }
-    workers.Finish(event.GetInt());
     if (event.GetString() == ConfigWorker::GET) {
         data = event.GetPayload<PhpConfData>();
         ShowLoaded();
     }
-    if (workers.IsEmpty())
+    if (WorkersDone())
         ClearBusy();
     if (event.GetString() == ConfigWorker::SAVE)
         EndDialog(wxID_OK);
@@ -257,8 +220,4 @@ void WinPHPExt::OnSettingSelected(wxCommandEvent&) {
 void WinPHPExt::OnValueChosen(wxCommandEvent&) {
     if (PHPSettingRecord* record = SelectedSetting())
         record->value = combo_SettingValue->GetValue();
-}
-
-void WinPHPExt::OnLink(wxHyperlinkEvent& event) {
-    OpenLink(event.GetURL());
 }

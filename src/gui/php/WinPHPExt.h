@@ -1,23 +1,17 @@
 #pragma once
 
 #include "core/InstallPaths.h"
-#include "core/apache/HelpCatalogue.h"
-#include "gui/ConfigWorkerSet.h"
+#include "gui/ConfigDialog.h"
 #include "gui/php/WorkedThread.h"
-
-#include <wx/dialog.h>
 
 #include <vector>
 
-class LoadingControl;
 class wxButton;
 class wxCheckListBox;
 class wxComboBox;
 class wxHyperlinkCtrl;
-class wxHyperlinkEvent;
 class wxListBox;
 class wxStaticBox;
-class wxStaticBoxSizer;
 class wxStaticText;
 
 // The PHP template editor of the current PHP version: its extensions on the first page, its
@@ -27,7 +21,7 @@ class wxStaticText;
 // dialog keeps its own copy of the data, and a job's results arrive only with its completion
 // event. OK saves and closes once the save is done; Cancel and the close box close without
 // saving, stopping and joining whatever still runs.
-class WinPHPExt : public wxDialog {
+class WinPHPExt : public ConfigDialog {
 public:
     enum {
         ID_OK = 1001,
@@ -40,23 +34,14 @@ public:
 
     // Starts loading the template of the tree at once; paths must outlive the dialog.
     WinPHPExt(wxWindow* parent, const InstallPaths& paths);
-    ~WinPHPExt() override;
-
-    // While a job reads or writes the template.
-    bool IsBusy() const { return busy; }
 
 private:
     void BuildControls();
     wxWindow* BuildExtensionsPage(wxWindow* notebook);
     wxWindow* BuildSettingsPage(wxWindow* notebook);
-    wxStaticBoxSizer* BuildDescription(wxWindow* page, wxStaticText*& label,
-                                       const wxString& labelName, wxHyperlinkCtrl*& link,
-                                       const wxString& linkName);
     void ApplyTexts();
 
-    void SetBusy(const wxString& text);
-    void ClearBusy();
-    void StartWorker(std::unique_ptr<ConfigWorker> worker);
+    void LockForJob(bool locked) override;
     void ShowLoaded();
     PHPSettingRecord* SelectedSetting();
 
@@ -65,17 +50,13 @@ private:
     void OnSettingSelected(wxCommandEvent& event);
     void OnValueChosen(wxCommandEvent& event);
     void OnRestore(wxCommandEvent& event);
-    void OnLink(wxHyperlinkEvent& event);
     void OnOk(wxCommandEvent& event);
     void OnCancel(wxCommandEvent& event);
 
     InstallPaths paths;
     PhpConfData data;
     std::vector<wxString> settingRows; // directive of each row of the settings list
-    bool busy = false;
-    ConfigWorkerSet workers;
 
-    LoadingControl* loading = nullptr;
     wxCheckListBox* wxExtList = nullptr;
     wxStaticBox* groupBoxExtension = nullptr;
     wxStaticText* label_ModuleDescription = nullptr;

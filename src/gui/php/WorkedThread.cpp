@@ -5,39 +5,34 @@
 
 wxDEFINE_EVENT(EVT_PHP_EXT_WORKER, wxThreadEvent);
 
-WorkedThread::WorkedThread(wxEvtHandler* dialog, const InstallPaths& paths, bool restore)
-    : ConfigWorker(dialog, EVT_PHP_EXT_WORKER, false), paths(paths), restore(restore) {}
+namespace {
 
-WorkedThread::WorkedThread(wxEvtHandler* dialog, const InstallPaths& paths, PhpConfData data)
-    : ConfigWorker(dialog, EVT_PHP_EXT_WORKER, true), paths(paths), data(std::move(data)) {}
-
-void WorkedThread::Work(wxThreadEvent& completion) {
-    if (IsSave())
-        Save();
-    else
-        Load(completion);
-}
-
-void WorkedThread::Load(wxThreadEvent& completion) {
+void Load(const InstallPaths& paths, bool restore, ConfigWorker& worker, PhpConfData& data) {
     using namespace TemplateSwitches;
     if (restore) {
-        Cleanup::RestorePhp(paths.Get());
-        Post(RESTORED);
+        Cleanup::RestorePhp(paths);
+        worker.Post(WorkedThread::RESTORED);
     }
-    for (const wxString& line : ListExtensionLines(paths.Get()))
+    for (const wxString& line : ListExtensionLines(paths))
         data.extensions.push_back(
             {line, ExtensionNameOf(ExtensionFileOf(line)), IsExtensionLineEnabled(line)});
-    if (Stopping())
-        return;
-    data.settings = PHPControlConfig(paths.Get());
-    completion.SetPayload(data);
+    if (!worker.Stopping())
+        data.settings = PHPControlConfig(paths);
 }
 
-void WorkedThread::Save() const {
+void Save(const InstallPaths& paths, const PhpConfData& data) {
     using namespace TemplateSwitches;
     std::vector<wxString> lines;
     for (const SwitchLine& extension : data.extensions)
         lines.push_back(MakeExtensionLine(extension.line, extension.enabled));
-    WriteExtensionLines(paths.Get(), lines);
+    WriteExtensionLines(paths, lines);
     data.settings.WriteValues();
 }
+
+} // namespace
+
+WorkedThread::WorkedThread(wxEvtHandler* dialog, const InstallPaths& paths, bool restore)
+    : ConfigWorker(dialog, EVT_PHP_EXT_WORKER, paths, restore, Load) {}
+
+WorkedThread::WorkedThread(wxEvtHandler* dialog, const InstallPaths& paths, PhpConfData data)
+    : ConfigWorker(dialog, EVT_PHP_EXT_WORKER, paths, std::move(data), Save) {}
