@@ -97,6 +97,7 @@ int main(int argc, char** argv) {
     std::printf("php -n -c   %8.2f ms (%.2f ms with an empty ini: %.2f ms parsing)\n", php,
                 phpStart, php - phpStart);
     std::printf("ratio kovix read / php %.2f, kovix write / php %.2f\n", read / php, write / php);
+    std::printf("ratio kovix read / php's parsing %.2f\n", read / (php - phpStart));
     wxRemoveFile(iniFile);
     wxRemoveFile(emptyIni);
     wxRmdir(folder);
