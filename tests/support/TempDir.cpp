@@ -1,17 +1,18 @@
 #include "support/TempDir.h"
 
+#include <wx/filefn.h>
 #include <wx/filename.h>
 
-#include <cstdlib>
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
 
+// A fresh scratch file name is unique (mkdtemp is not on every system): the folder takes its place.
 TempDir::TempDir(const wxString& prefix) {
-    std::string pattern = (wxFileName::GetTempDir() + "/" + prefix + "-XXXXXX").utf8_string();
-    if (!mkdtemp(pattern.data()))
+    const wxString name = wxFileName::CreateTempFileName(wxFileName::GetTempDir() + "/" + prefix + "-");
+    if (name.empty() || !wxRemoveFile(name) || !wxMkdir(name, 0700))
         throw std::runtime_error("cannot create a temporary folder");
-    path = wxString::FromUTF8(pattern);
+    path = name;
 }
 
 TempDir::~TempDir() {

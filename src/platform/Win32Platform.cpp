@@ -1,0 +1,124 @@
+#include "platform/Win32Platform.h"
+
+#include <shellapi.h>
+
+#include <vector>
+
+Platform& Platform::Get() {
+    static Win32Platform platform;
+    return platform;
+}
+
+// The buffer grows until the whole path fits (paths may exceed MAX_PATH).
+wxString Win32Platform::ExecutablePath() {
+    std::vector<wchar_t> buffer(MAX_PATH);
+    for (;;) {
+        const DWORD length = GetModuleFileNameW(nullptr, buffer.data(), buffer.size());
+        if (length == 0)
+            return wxString();
+        if (length < buffer.size())
+            return wxString(buffer.data(), length);
+        buffer.resize(buffer.size() * 2);
+    }
+}
+
+wxString Win32Platform::LoginName() {
+    wchar_t name[256 + 1];
+    DWORD length = sizeof name / sizeof name[0];
+    if (!GetUserNameW(name, &length))
+        return "user";
+    return wxString(name);
+}
+
+// The three-letter abbreviation of the user's interface language ("ENU", "FRA", "DEU"), of which
+// the first two letters, lower-cased, name the language. A well-formed answer is three letters
+// (length 4 with the terminator) and comes with a country abbreviation (more than 3 with it);
+// when either test fails the buffer is still taken as it stands.
+wxString Win32Platform::DefaultUiLanguage() {
+    const LCID locale = MAKELCID(GetUserDefaultUILanguage(), SORT_DEFAULT);
+    wchar_t language[10] = L"";
+    const int languageLength = GetLocaleInfoW(locale, LOCALE_SABBREVLANGNAME, language, 10);
+    if (languageLength == 4) {
+        wchar_t country[10] = L"";
+        if (GetLocaleInfoW(locale, LOCALE_SABBREVCTRYNAME, country, 10) <= 3)
+            OutputDebugStringW(L"Kovix: no country abbreviation for the UI language\n");
+    }
+    return wxString(language).Left(2).Lower();
+}
+
+wxString Win32Platform::DefaultTextEditor() {
+    return "notepad.exe";
+}
+
+wxString Win32Platform::PathListSeparator() {
+    return ";";
+}
+
+wxString Win32Platform::PathSeparator() {
+    return "\\";
+}
+
+wxString Win32Platform::ProgramSuffix() {
+    return ".exe";
+}
+
+// PHP 5 shipped "php5apache2_2.dll" (module "php5_module"); PHP 8 ships "php8apache2_4.dll",
+// whose module is "php_module": the version digit 8 is not part of the name.
+wxString Win32Platform::PhpModuleWildcard() {
+    return "*apache2_?.dll";
+}
+
+wxString Win32Platform::PhpModuleNamePattern() {
+    return "^(.*[^8])8?apache2_[24]\\.dll$";
+}
+
+wxString Win32Platform::PhpExtensionNamePattern() {
+    return "php_(.*).dll";
+}
+
+wxString Win32Platform::ProgramFileFilter() {
+    return "Application (*.exe)|*.exe";
+}
+
+namespace {
+
+const std::int64_t WINDOWS_TO_UNIX_EPOCH = 116444736000000000LL; // in 100 ns units
+
+bool ShellOpen(const wxString& target, const wxString& parameters) {
+    const HINSTANCE result =
+        ShellExecuteW(nullptr, L"open", target.wc_str(),
+                      parameters.empty() ? nullptr : parameters.wc_str(), nullptr, SW_SHOWNORMAL);
+    return reinterpret_cast<INT_PTR>(result) > 32;
+}
+
+} // namespace
+
+bool Win32Platform::FileModificationTime(const wxString& path, std::int64_t& milliseconds) {
+    WIN32_FILE_ATTRIBUTE_DATA data;
+    if (!GetFileAttributesExW(path.wc_str(), GetFileExInfoStandard, &data))
+        return false;
+    ULARGE_INTEGER time;
+    time.LowPart = data.ftLastWriteTime.dwLowDateTime;
+    time.HighPart = data.ftLastWriteTime.dwHighDateTime;
+    milliseconds = (static_cast<std::int64_t>(time.QuadPart) - WINDOWS_TO_UNIX_EPOCH) / 10000;
+    return true;
+}
+
+// MoveFileExW replaces the target in one step; write-through makes the rename durable before it
+// returns.
+bool Win32Platform::ReplaceFile(const wxString& from, const wxString& to) {
+    return MoveFileExW(from.wc_str(), to.wc_str(),
+                       MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
+}
+
+bool Win32Platform::OpenUrl(const wxString& url) {
+    return ShellOpen(url, wxString());
+}
+
+bool Win32Platform::OpenFolder(const wxString& folder) {
+    return ShellOpen(folder, wxString());
+}
+
+bool Win32Platform::OpenProgram(const wxString& program, const wxString& argument) {
+    return ShellOpen(program, argument.empty() ? argument : "\"" + argument + "\"");
+}

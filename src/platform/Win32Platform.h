@@ -1,0 +1,46 @@
+#pragma once
+
+#include "platform/Win32Headers.h"
+
+#include "platform/Platform.h"
+
+// Windows implementation: CreateProcessW with pipes for children, the process-status API for
+// lookup and processor times, Winsock and the IP helper for ports, ShellExecuteW for the desktop.
+// Paths use backslashes, programs end in ".exe".
+class Win32Platform : public Platform {
+public:
+    wxString ExecutablePath() override;
+    wxString LoginName() override;
+    wxString DefaultUiLanguage() override;
+    wxString DefaultTextEditor() override;
+    wxString PathListSeparator() override;
+
+    wxString PathSeparator() override;
+    wxString ProgramSuffix() override;
+    wxString PhpModuleWildcard() override;
+    wxString PhpModuleNamePattern() override;
+    wxString PhpExtensionNamePattern() override;
+    wxString ProgramFileFilter() override;
+
+    std::unique_ptr<ChildProcess> StartHidden(const ChildSpec& launch) override;
+    std::unique_ptr<DataChild> StartDataChild(const std::vector<wxString>& argv,
+                                              const wxString& errorFile) override;
+    std::vector<std::vector<long>>
+    FindProcessesByNames(const std::vector<wxString>& names) override;
+    void KillProcess(long pid) override;
+    bool ReadProcessorTimes(long pid, ProcessorTimes& times) override;
+    bool ProcessLivesIn(long pid, const wxString& folder) override;
+
+    bool IsLocalPortTaken(int port, int timeoutMs) override;
+    bool IsLocalSocketAccepting(const wxString& path) override;
+    bool MayListenOn(int port) override;
+    wxString DescribePortHolder(int port) override;
+
+    bool FileModificationTime(const wxString& path, std::int64_t& milliseconds) override;
+    bool ReplaceFile(const wxString& from, const wxString& to) override;
+    bool SaveFileAtomically(const wxString& path, const std::string& bytes) override;
+
+    bool OpenUrl(const wxString& url) override;
+    bool OpenFolder(const wxString& folder) override;
+    bool OpenProgram(const wxString& program, const wxString& argument) override;
+};
