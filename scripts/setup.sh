@@ -19,7 +19,13 @@ packages=(
     # running and testing the window without a desktop
     xvfb xauth x11-utils imagemagick fonts-dejavu-core shared-mime-info xdg-utils curl procps
     locales desktop-file-utils
+    # the Windows build (mingw-w64, wxWidgets and libpng from Debian's sources) and Wine
+    g++-mingw-w64-x86-64-posix mingw-w64-tools libz-mingw-w64-dev dpkg-dev wine wine64 zip
 )
+
+# Debian's source packages of wxWidgets and libpng feed the Windows build (scripts/mingw-deps.sh).
+# The deb-src entry gets a file of its own; the system's sources list is never edited.
+deb_src_file=/etc/apt/sources.list.d/kovix-deb-src.sources
 
 missing_packages() {
     for package in "${packages[@]}"; do
@@ -30,6 +36,17 @@ missing_packages() {
 
 as_root() {
     if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo "$@"; fi
+}
+
+add_deb_src() {
+    apt-cache showsrc wxwidgets3.2 2>/dev/null | grep -q '^Package:' && return 0
+    echo "== Adding the Debian source entry $deb_src_file"
+    local suite
+    suite="$(. /etc/os-release && echo "$VERSION_CODENAME")"
+    printf '%s\n' 'Types: deb-src' 'URIs: http://deb.debian.org/debian' \
+        "Suites: $suite $suite-updates" 'Components: main' \
+        'Signed-By: /usr/share/keyrings/debian-archive-keyring.gpg' | as_root tee "$deb_src_file" >/dev/null
+    as_root apt-get update -q
 }
 
 install_missing() {
@@ -99,5 +116,6 @@ assemble_tree() {
 
 install_missing
 generate_locale
+add_deb_src
 build_project
 assemble_tree

@@ -26,10 +26,15 @@ cmake -S "$here" -B "$build" -DCMAKE_BUILD_TYPE=Release \
 cmake --build "$build" -j2
 
 echo "== Windows tests under Wine"
-(cd "$build" && ctest --output-on-failure --timeout 300 -L windows)
+run_ctest=(ctest --output-on-failure --timeout 300 -L windows)
+if [ -z "${DISPLAY:-}" ]; then
+    (cd "$build" && xvfb-run -a -s "-screen 0 1280x1024x24" "${run_ctest[@]}")
+else
+    (cd "$build" && "${run_ctest[@]}")
+fi
 
 echo "== The panel under Wine"
-"$here/scripts/windows-panel.sh" "$build"
+"$here/scripts/windows-panel.sh" "$build" "$build/screenshots"
 
 echo "== Windows package"
 "$here/scripts/package-windows.sh" "$build"

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Sets Kovix up (packages, build, stack tree) and runs every test through CTest. Window tests
-# run on a virtual X server when there is no display. Then the fuzz targets get a short run in
+# run on a virtual X server when there is no display. Then the Windows build is tested under Wine
+# (scripts/test-windows.sh), and the fuzz targets get a short run in
 # their own clang build ($build/fuzz), whose core is instrumented for libFuzzer.
 set -euo pipefail
 here="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
@@ -14,6 +15,10 @@ if [ -z "${DISPLAY:-}" ]; then
 else
     "${run_ctest[@]}"
 fi
+
+# The Windows build: cross-built with mingw-w64, tested under Wine (the first run also builds
+# the cached Windows libraries).
+"$here/scripts/test-windows.sh"
 
 fuzz_build="$build/fuzz"
 echo "== Fuzz targets in $fuzz_build"
