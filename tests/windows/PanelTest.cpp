@@ -9,6 +9,7 @@
 #include "gui/WinPrefs.h"
 #include "gui/apache/WinApacheConf.h"
 #include "gui/php/WinPHPExt.h"
+#include "windows/WindowsTesting.h"
 
 #include <wx/checklst.h>
 #include <wx/dcmemory.h>
@@ -21,13 +22,6 @@ wxString Variable(const char* name) {
     wxString value;
     wxGetEnv(name, &value);
     return value;
-}
-
-// Unix paths of the build reach the program through Wine's Z: drive.
-wxString WindowsPath(const wxString& path) {
-    wxString result = path.StartsWith("/") ? "Z:" + path : path;
-    result.Replace("/", "\\");
-    return result;
 }
 
 void Shoot(wxWindow& window, const wxString& name) {
@@ -49,10 +43,17 @@ void Shoot(wxWindow& window, const wxString& name) {
     EXPECT_TRUE(bitmap.ConvertToImage().SaveFile(file, wxBITMAP_TYPE_PNG)) << file;
 }
 
+template <class Dialog> bool IsReady(const Dialog& dialog) {
+    return !dialog.IsBusy();
+}
+bool IsReady(const WinPrefs&) {
+    return true; // reads nothing in the background
+}
+
 // Shows dialog modally, pictures it once its template is read, and cancels it.
 template <class Dialog> void ShootAndCancel(Dialog& dialog, const wxString& name) {
     WhenModal([&] {
-        EXPECT_TRUE(WaitFor([&] { return !dialog.IsBusy(); }));
+        EXPECT_TRUE(WaitFor([&] { return IsReady(dialog); }));
         Shoot(dialog, name);
         dialog.EndModal(wxID_CANCEL);
     });

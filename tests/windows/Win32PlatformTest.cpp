@@ -25,7 +25,7 @@ bool Contains(const std::vector<long>& pids, long pid) {
 // Reads until the child has ended and its pipe is empty.
 wxString OutputUntilEnd(ChildProcess& child) {
     wxString text;
-    WaitFor([&] {
+    WaitUntil([&] {
         text += child.ReadOutput();
         return !child.IsActive();
     });
@@ -96,7 +96,7 @@ TEST(Win32Processes, AnHttpdIsFoundMeasuredPlacedAndKilledByName) {
     EXPECT_LE(times.process, times.machine);
 
     platform.KillProcess(pid);
-    EXPECT_TRUE(WaitFor([&] { return !child->IsActive(); }));
+    EXPECT_TRUE(WaitUntil([&] { return !child->IsActive(); }));
     EXPECT_FALSE(Contains(platform.FindProcessesByName("httpd.exe"), pid));
     EXPECT_FALSE(platform.ReadProcessorTimes(-1, times));
 }
@@ -107,7 +107,7 @@ TEST(Win32Ports, ATakenPortNamesItsHolderAndIsFreeOnceTheHolderEnds) {
         StartChild(CopyChildProgram(dir, "bin/httpd.exe"), "listen");
     ASSERT_TRUE(holder);
     wxString output;
-    ASSERT_TRUE(WaitFor([&] {
+    ASSERT_TRUE(WaitUntil([&] {
         output += holder->ReadOutput();
         return output.Contains("\n");
     }));
@@ -120,8 +120,8 @@ TEST(Win32Ports, ATakenPortNamesItsHolderAndIsFreeOnceTheHolderEnds) {
               wxString::Format("httpd.exe (pid %ld)", holder->Pid()));
 
     platform.KillProcess(holder->Pid());
-    ASSERT_TRUE(WaitFor([&] { return !holder->IsActive(); }));
-    EXPECT_TRUE(WaitFor([&] { return !platform.IsLocalPortTaken(port, 1000); }));
+    ASSERT_TRUE(WaitUntil([&] { return !holder->IsActive(); }));
+    EXPECT_TRUE(WaitUntil([&] { return !platform.IsLocalPortTaken(port, 1000); }));
     EXPECT_EQ(platform.DescribePortHolder(port), "");
 }
 
