@@ -107,10 +107,10 @@ wxString InstallPaths::MysqlLiveConfig() const {
     return MysqlFolder() + Join("my.ini");
 }
 wxString InstallPaths::MysqlExecutable() const {
-    return MysqlBinFolder() + Join("mysqld");
+    return MysqlBinFolder() + Program("mysqld");
 }
 wxString InstallPaths::MysqlAdminTool() const {
-    return MysqlBinFolder() + Join("mysqladmin");
+    return MysqlBinFolder() + Program("mysqladmin");
 }
 wxString InstallPaths::SqliteBrowser() const {
     return programFolder + Program("utils/SQLiteBrowser");
