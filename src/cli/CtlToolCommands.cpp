@@ -113,11 +113,11 @@ void DbRestore(CtlContext& context) {
     const wxString into = context.TakeOption("--into");
     context.ExpectArgCount(1, 1);
     DatabaseError error;
-    if (!DatabaseTool(context.paths).Restore(context.Arg(0), into, error))
+    wxString safety;
+    if (!DatabaseTool(context.paths).Restore(context.Arg(0), into, safety, error))
         throw CtlFailure(DatabaseErrorText(error));
-    context.Print(
-        wxString::Format(GetLangText("DB_RESTORE_DONE"),
-                         into.empty() ? DatabaseTool::DatabaseOfBackup(context.Arg(0)) : into));
+    context.Print(RestoreDoneText(
+        into.empty() ? DatabaseTool::DatabaseOfBackup(context.Arg(0)) : into, safety));
 }
 
 // PHP's sendmail_path: the message arrives on standard input.

@@ -23,6 +23,19 @@ wxString ForwardSlashes(wxString path) {
     return path;
 }
 
+// PHP's sendmail_path: the tree's kovixctl catching the message. PHP hands the value to /bin/sh,
+// so the program is single-quoted for the shell; the whole is an ini double-quoted string, where
+// a backslash, a double quote and a dollar (which would name an environment variable) are
+// escaped. Any folder name thus reaches kovixctl unchanged. (PHP on Windows does not use it.)
+wxString SendmailCommand(const wxString& programFolder) {
+    wxString program = ForwardSlashes(programFolder) + "/kovixctl";
+    program.Replace("'", "'\\''");
+    wxString command = "'" + program + "' mail catch";
+    for (const char* special : {"\\", "\"", "$"})
+        command.Replace(special, wxString("\\") + special);
+    return "\"" + command + "\"";
+}
+
 } // namespace
 
 ReplacementList ConfigGenerator::ApacheReplacements() const {
@@ -35,7 +48,8 @@ ReplacementList ConfigGenerator::ApacheReplacements() const {
             {"{PHPEXTPATH}", ForwardSlashes(paths.PhpExtensionFolder())},
             {"{PHPMODULENAME}", PhpVersions::ModuleNameOf(moduleFile)},
             {"{APACHE_PORT}", settings.GetPortText()},
-            {"{ONLINE_MODE}", AccessText(settings.IsOnline())}};
+            {"{ONLINE_MODE}", AccessText(settings.IsOnline())},
+            {"{SENDMAIL_COMMAND}", SendmailCommand(paths.ProgramFolder())}};
 }
 
 ReplacementList ConfigGenerator::MysqlReplacements() const {

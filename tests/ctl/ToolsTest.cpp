@@ -1,5 +1,6 @@
 // The developer's tools against the real servers of a temporary tree: the PHP error log followed
-// live, database backup and restore, mail() caught by kovixctl.
+// live, database backup and restore, mail() caught by kovixctl (also from a tree whose folder
+// name means something to the shell and to php.ini).
 #include "core/AppSettings.h"
 #include "core/InstallPaths.h"
 #include "core/logs/LogCatalog.h"
@@ -15,6 +16,7 @@
 #include <wx/filefn.h>
 #include <wx/regex.h>
 
+#include <algorithm>
 #include <chrono>
 #include <thread>
 
@@ -166,6 +168,74 @@ TEST_F(Tools, ABackupRestoresToIdenticalContentAndBadFilesChangeNothing) {
         EXPECT_EQ(Checksum("shop.items"), changed) << bad;
     }
     EXPECT_EQ(Ctl({"db", "backup", "nosuch"}).exitCode, 1);
+}
+
+TEST_F(Tools, ARestoreThatFailsHalfwayPutsTheDatabaseBack) {
+    ASSERT_EQ(
+        Sql("CREATE DATABASE shop; CREATE TABLE shop.items (id INT PRIMARY KEY, name "
+            "VARCHAR(40)); INSERT INTO shop.items VALUES (1, 'one'), (2, 'two'), (3, 'three')")
+            .exitCode,
+        0);
+    const wxString original = Checksum("shop.items");
+    const CommandResult backup = Ctl({"db", "backup", "shop"});
+    ASSERT_EQ(backup.exitCode, 0) << backup.err;
+    // A complete dump (it passes the file check) with a statement in its middle that fails after
+    // the first table was already replaced.
+    const CommandResult unzipped =
+        RunCommand({"gzip", "--decompress", "--stdout", wxString(backup.out).Trim()});
+    ASSERT_EQ(unzipped.exitCode, 0);
+    const std::string dump = unzipped.out.utf8_string();
+    const std::string other = "CREATE TABLE other (a INT);\nINSERT INTO other VALUES (1);\n";
+    const size_t middle = dump.find("UNLOCK TABLES;");
+    ASSERT_NE(middle, std::string::npos);
+    WriteBytes(tree.File("broken.sql"), dump.substr(0, middle) + other +
+                                            "INSERT INTO nosuch VALUES (1);\n" +
+                                            dump.substr(middle));
+    ASSERT_EQ(Sql("UPDATE shop.items SET name = 'changed' WHERE id = 2").exitCode, 0);
+    const wxString changed = Checksum("shop.items");
+    const size_t backupsBefore = Backups().size();
+
+    const CommandResult failed = Ctl({"db", "restore", tree.File("broken.sql"), "--into", "shop"});
+    EXPECT_EQ(failed.exitCode, 1);
+    EXPECT_NE(failed.err.Find("the database was put back as it was"), wxNOT_FOUND) << failed.err;
+    EXPECT_NE(failed.err.Find("nosuch"), wxNOT_FOUND) << failed.err; // the client's own words
+    EXPECT_EQ(Checksum("shop.items"), changed);
+    EXPECT_NE(Sql("SELECT * FROM shop.other").exitCode, 0); // nothing of the bad dump is left
+    // The safety backup stays and is named in the message.
+    ASSERT_EQ(Backups().size(), backupsBefore + 1);
+    const wxArrayString after = Backups();
+    const auto safety = std::find_if(after.begin(), after.end(), [&](const wxString& file) {
+        return failed.err.Find(file) != wxNOT_FOUND;
+    });
+    ASSERT_NE(safety, after.end()) << failed.err;
+    EXPECT_TRUE(wxRegEx("/shop-[0-9]{8}-[0-9]{6}(-[0-9]+)?\\.sql\\.gz$").Matches(*safety));
+
+    // A restore that succeeds over a database says where the content it replaced went.
+    const CommandResult restored = Ctl({"db", "restore", wxString(backup.out).Trim()});
+    ASSERT_EQ(restored.exitCode, 0) << restored.err;
+    EXPECT_EQ(Checksum("shop.items"), original);
+    EXPECT_NE(restored.out.Find("Its previous content was backed up first: " +
+                                tree.File("backups/shop-")),
+              wxNOT_FOUND)
+        << restored.out;
+    ASSERT_EQ(Backups().size(), backupsBefore + 2);
+}
+
+// Only generation and PHP's command-line program: PHP runs sendmail_path through the shell.
+TEST(ToolsTree, MailFromATreeWithQuotesAndDollarsInItsFolderReachesItsKovixctl) {
+    const TestTree tree(KOVIX_SOURCE_DIR, "it's a \"tree\" $HOME `id` \\ ${PATH}");
+    const wxString kovixctl = tree.File("kovixctl");
+    ASSERT_TRUE(wxCopyFile(KOVIXCTL_PATH, kovixctl) && chmod(kovixctl.utf8_str(), 0755) == 0);
+    const CommandResult generated = tree.Ctl(KOVIXCTL_PATH, {"generate"});
+    ASSERT_EQ(generated.exitCode, 0) << generated.err;
+    const CommandResult sent =
+        RunCommand({"php", "-n", "-c", tree.File("apache/php.ini"), "-r",
+                    "exit(mail('dev@example.com', 'From the odd tree', 'hello') ? 0 : 1);"});
+    ASSERT_EQ(sent.exitCode, 0) << sent.out << sent.err;
+    const nlohmann::json messages = nlohmann::json::parse(
+        tree.Ctl(KOVIXCTL_PATH, {"mail", "list", "--json"}).out.utf8_string());
+    ASSERT_EQ(messages.size(), 1u);
+    EXPECT_EQ(messages[0]["subject"], "From the odd tree");
 }
 
 TEST_F(Tools, ABackupThatCannotBeWrittenOrAStoppedServerLeavesNothing) {

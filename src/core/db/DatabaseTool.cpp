@@ -111,6 +111,13 @@ wxString DatabaseErrorText(const DatabaseError& error) {
     return error.detail.empty() ? text : text + "\n" + error.detail;
 }
 
+wxString RestoreDoneText(const wxString& database, const wxString& safetyBackup) {
+    const wxString text = wxString::Format(GetLangText("DB_RESTORE_DONE"), database);
+    return safetyBackup.empty()
+               ? text
+               : text + "\n" + wxString::Format(GetLangText("DB_RESTORE_SAFETY"), safetyBackup);
+}
+
 DatabaseTool::DatabaseTool(const InstallPaths& paths)
     : liveConfig(paths.MysqlLiveConfig()), socket(MysqlServer(paths).SocketPath()),
       backupFolder(BackupFolderOf(paths)) {}
@@ -306,9 +313,10 @@ bool DatabaseTool::CheckBackup(const wxString& file, DatabaseError& error) {
     return true;
 }
 
-bool DatabaseTool::Restore(const wxString& file, const wxString& into, DatabaseError& error,
-                           const DatabaseProgress& progress) const {
+bool DatabaseTool::Restore(const wxString& file, const wxString& into, wxString& safetyBackup,
+                           DatabaseError& error, const DatabaseProgress& progress) const {
     wxLogNull quiet;
+    safetyBackup.clear();
     const wxString target = into.empty() ? DatabaseOfBackup(file) : into;
     if (!ServerReady(error) || !CheckBackup(file, error))
         return false;
@@ -316,6 +324,30 @@ bool DatabaseTool::Restore(const wxString& file, const wxString& into, DatabaseE
         error = {"DB_NO_NAME", file};
         return false;
     }
+    bool exists = false;
+    if (!Exists(target, exists, error) || (exists && !Backup(target, 0, safetyBackup, error)))
+        return false;
+    if (Load(file, target, error, progress))
+        return true;
+    if (safetyBackup.empty())
+        return false;
+    PutBack(safetyBackup, target, error);
+    return false;
+}
+
+// A dump is loaded statement by statement: one that fails leaves the database half replaced,
+// so what was there is loaded back from the safety backup (checked like any backup first). The
+// error keeps what the client said about the first failure.
+void DatabaseTool::PutBack(const wxString& safetyBackup, const wxString& target,
+                           DatabaseError& error) const {
+    DatabaseError again;
+    const bool putBack = CheckBackup(safetyBackup, again) && Load(safetyBackup, target, again, {});
+    error = {putBack ? "DB_RESTORE_PUT_BACK" : "DB_RESTORE_SAFETY_KEPT",
+             (safetyBackup + "\n" + error.detail).Trim()};
+}
+
+bool DatabaseTool::Load(const wxString& file, const wxString& target, DatabaseError& error,
+                        const DatabaseProgress& progress) const {
     wxString ignored;
     if (!RunSql("DROP DATABASE IF EXISTS " + QuoteName(target) + "; CREATE DATABASE " +
                     QuoteName(target),

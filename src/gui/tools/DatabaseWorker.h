@@ -17,7 +17,8 @@ struct DatabaseOutcome {
     DatabaseError error;
     wxString doneKey; // what to say on success, with doneArgument
     wxString doneArgument;
-    bool listed = false; // databases holds the list as it is now
+    wxString safetyBackup; // a restore's backup of what it replaced
+    bool listed = false;   // databases holds the list as it is now
     std::vector<DatabaseInfo> databases;
 };
 

@@ -98,7 +98,7 @@ bool WinDatabases::RestoreFile(const wxString& file) {
     Run([&treePaths, file](const DatabaseProgress& progress) {
         DatabaseOutcome outcome;
         DatabaseTool tool(treePaths);
-        outcome.ok = tool.Restore(file, "", outcome.error, progress);
+        outcome.ok = tool.Restore(file, "", outcome.safetyBackup, outcome.error, progress);
         DatabaseError ignored; // the restore's result is what the window says
         outcome.listed = tool.List(outcome.databases, ignored);
         outcome.doneKey = "DB_RESTORE_DONE";
@@ -166,9 +166,13 @@ void WinDatabases::OnDone(wxThreadEvent& event) {
         status->Wrap(status->GetSize().x);
         return;
     }
-    status->SetLabel(outcome.doneKey.empty()
-                         ? wxString()
-                         : wxString::Format(GetLangText(outcome.doneKey), outcome.doneArgument));
+    if (!outcome.safetyBackup.empty())
+        status->SetLabel(
+            RestoreDoneText(outcome.doneArgument, wxFileName(outcome.safetyBackup).GetFullName()));
+    else
+        status->SetLabel(outcome.doneKey.empty() ? wxString()
+                                                 : wxString::Format(GetLangText(outcome.doneKey),
+                                                                    outcome.doneArgument));
     status->Wrap(status->GetSize().x);
 }
 
