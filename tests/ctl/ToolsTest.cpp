@@ -186,8 +186,9 @@ TEST_F(Tools, ARestoreThatFailsHalfwayPutsTheDatabaseBack) {
     ASSERT_EQ(unzipped.exitCode, 0);
     const std::string dump = unzipped.out.utf8_string();
     const std::string other = "CREATE TABLE other (a INT);\nINSERT INTO other VALUES (1);\n";
-    const size_t middle = dump.find("UNLOCK TABLES;");
-    ASSERT_NE(middle, std::string::npos);
+    const size_t unlock = dump.find("UNLOCK TABLES;\n");
+    ASSERT_NE(unlock, std::string::npos);
+    const size_t middle = unlock + 15;
     WriteBytes(tree.File("broken.sql"), dump.substr(0, middle) + other +
                                             "INSERT INTO nosuch VALUES (1);\n" +
                                             dump.substr(middle));
