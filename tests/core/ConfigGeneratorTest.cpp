@@ -51,9 +51,11 @@ TEST_F(ConfigGeneratorTest, ListsHoldThePlaceholdersInReplacementOrder) {
          {generator.ApacheReplacements(), generator.MysqlReplacements()})
         for (const Replacement& replacement : list)
             names += replacement.placeholder + " ";
-    EXPECT_EQ(names, "{APACHEPATH} {DOCUMENTPATH} {PHPPATH} {PHPAPACHE2FILE} {PHPEXTPATH} "
-                     "{PHPMODULENAME} {APACHE_PORT} {ONLINE_MODE} {MYSQLPATH} {MYSQLBINPATH} "
-                     "{MYSQLDATAPATH} ");
+    EXPECT_EQ(
+        names,
+        "{APACHEPATH} {DOCUMENTPATH} {PHPPATH} {PHPAPACHE2FILE} {PHPEXTPATH} "
+        "{PHPMODULENAME} {APACHE_PORT} {ONLINE_MODE} {SENDMAIL_COMMAND} {MYSQLPATH} {MYSQLBINPATH} "
+        "{MYSQLDATAPATH} ");
 }
 
 TEST_F(ConfigGeneratorTest, ExpandReplacesEveryOccurrenceInListOrderCaseSensitivelyAsUtf8) {
