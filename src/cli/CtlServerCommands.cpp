@@ -5,9 +5,7 @@
 #include "core/ConfigGenerator.h"
 #include "core/PhpVersions.h"
 #include "core/lang/LangTable.h"
-#include "core/servers/ApacheServer.h"
-#include "core/servers/MysqlServer.h"
-#include "core/servers/PortCheck.h"
+#include "core/servers/StackController.h"
 #include "platform/Platform.h"
 
 #include <wx/file.h>
@@ -18,10 +16,6 @@
 #include <thread>
 
 namespace {
-
-using Clock = std::chrono::steady_clock;
-const auto ServerTimeout = std::chrono::seconds(30);
-const auto PollInterval = std::chrono::milliseconds(5);
 
 struct Which {
     bool apache = false;
@@ -40,17 +34,6 @@ Which ParseWhich(CtlContext& context) {
     throw CtlUsageError("start|stop [all|apache|mysql]");
 }
 
-// Polls until done() holds or the time is up; false on time-out.
-bool WaitUntil(const std::function<bool()>& done) {
-    const Clock::time_point giveUp = Clock::now() + ServerTimeout;
-    while (!done()) {
-        if (Clock::now() >= giveUp)
-            return false;
-        std::this_thread::sleep_for(PollInterval);
-    }
-    return true;
-}
-
 bool Accepts(int port) {
     const int shortWait = 50;
     return Platform::Get().IsLocalPortTaken(port, shortWait);
@@ -66,15 +49,18 @@ bool MysqlAccepts(const MysqlServer& mysql) {
 // its own words (its output, then what ownLog adds) become the failure message.
 template <typename Server>
 void WaitForStart(
-    Server& server, const wxString& name, const std::function<bool()>& accepts,
+    StackController& stack, Server& server, const wxString& name,
+    const std::function<bool()>& accepts,
     const std::function<wxString()>& ownLog = [] { return wxString(); }) {
     wxString output;
     bool accepting = false;
-    WaitUntil([&] {
-        output += server.ReadOutput();
-        accepting = accepts();
-        return accepting || !server.HasActiveChild();
-    });
+    stack.WaitUntil(
+        [&] {
+            output += server.ReadOutput();
+            accepting = accepts();
+            return accepting || !server.HasActiveChild();
+        },
+        StackController::StopTimeoutMs);
     if (!accepting) {
         output += server.ReadOutput() + ownLog();
         throw CtlFailure(wxString::Format(GetLangText("SERVER_NOT_STARTED"), name) +
@@ -150,51 +136,42 @@ void Status(CtlContext& context) {
 // As the window's Start: the port test first (unless Apache runs already), then Apache and MySQL
 // together; then waits for both.
 void Start(CtlContext& context) {
-    Which which = ParseWhich(context);
+    const Which which = ParseWhich(context);
     ConfigGenerator::ApplyStartupDefaults(context.settings, context.paths);
-    ApacheServer apache(context.paths);
-    MysqlServer mysql(context.paths);
-    which.apache = which.apache && !apache.IsRunning();
-    which.mysql = which.mysql && !mysql.IsRunning();
-    const int port = context.settings.GetPort();
-    const wxString refusal = which.apache ? PortCheck::PortRefusal(port) : wxString();
-    if (!refusal.empty())
-        throw CtlFailure(refusal);
-    if (which.apache && !PortCheck::IsPortFree(port)) {
-        context.PrintError(PortCheck::PortTakenMessage(context.settings));
-        throw CtlFailure(PortCheck::PortHolderLine(port));
-    }
+    auto live = std::make_unique<LiveStackServers>(context.paths);
+    ApacheServer& apache = live->Apache();
+    MysqlServer& mysql = live->Mysql();
+    StackController stack(context.settings, std::move(live));
     const MysqlLogTail mysqlLog(mysql);
-    if (which.apache) {
-        apache.Start();
+    const StackController::StartOutcome outcome = stack.StartStopped(which.apache, which.mysql);
+    if (outcome.refused && outcome.holderLine.empty())
+        throw CtlFailure(outcome.message);
+    if (outcome.refused) {
+        context.PrintError(outcome.message);
+        throw CtlFailure(outcome.holderLine);
+    }
+    const int port = context.settings.GetPort();
+    if (outcome.apacheStarted) {
         // What generation left out (a skipped site, HTTPS): Apache starts without it.
         const wxString problems = apache.ReadOutput();
         if (!problems.empty())
             context.PrintError(wxString(problems).Trim());
+        WaitForStart(stack, apache, "Apache", [port] { return Accepts(port); });
     }
-    if (which.mysql)
-        mysql.Start();
-    if (which.apache)
-        WaitForStart(apache, "Apache", [port] { return Accepts(port); });
-    if (which.mysql)
+    if (outcome.mysqlStarted)
         WaitForStart(
-            mysql, "MySQL", [&] { return MysqlAccepts(mysql); }, [&] { return mysqlLog.Read(); });
+            stack, mysql, "MySQL", [&] { return MysqlAccepts(mysql); },
+            [&] { return mysqlLog.Read(); });
 }
 
 // As the window's Stop: kill every Apache, shut MySQL down in order; then waits until both are
 // gone.
 void Stop(CtlContext& context) {
     const Which which = ParseWhich(context);
-    ApacheServer apache(context.paths);
-    MysqlServer mysql(context.paths);
-    if (which.apache && apache.IsRunning())
-        apache.Stop();
-    const bool stopMysql = which.mysql && mysql.IsRunning();
-    if (stopMysql)
-        mysql.Stop();
-    if (!WaitUntil([&] {
-            return !(which.apache && apache.IsRunning()) && !(stopMysql && mysql.IsRunning());
-        }))
+    auto live = std::make_unique<LiveStackServers>(context.paths);
+    MysqlServer& mysql = live->Mysql();
+    StackController stack(context.settings, std::move(live));
+    if (!stack.StopAndWait(which.apache, which.mysql))
         throw CtlFailure("the servers did not stop within 30 seconds:\n" + mysql.ReadOutput());
 }
 

@@ -8,8 +8,6 @@
 #include "core/lang/LangTable.h"
 #include "core/net/HostNameLookupThread.h"
 #include "core/net/VersionCompare.h"
-#include "core/servers/PortCheck.h"
-#include "core/servers/ProcessLookup.h"
 #include "gui/Images.h"
 #include "gui/WinPrefs.h"
 #include "gui/WinStats.h"
@@ -129,8 +127,11 @@ WinKovix::WinKovix(const wxString& programFolder, AppSettings& settings)
     : wxFrame(nullptr, wxID_ANY, "Kovix", wxDefaultPosition, wxDefaultSize,
               wxCAPTION | wxSYSTEM_MENU | wxMINIMIZE_BOX | wxCLOSE_BOX, "frame"),
       settings(settings), paths(PathsWithVersion(programFolder, settings)), statusTimer(this),
-      apache(paths), mysql(paths), lookupThread(HostNameLookupThread::Start()) {
+      stack(settings, std::make_unique<LiveStackServers>(paths)),
+      lookupThread(HostNameLookupThread::Start()) {
     BuildControls();
+    stack.SetRefusalHandler(
+        [this](const StackController::StartOutcome& outcome) { ShowRefusal(outcome); });
     statusTimer.Start(TICK_MS);
     AppendConsole(GetLangText("WELCOME_MESSAGE") + "\n" + CONSOLE_RULE);
     FillPhpVersions();
@@ -139,7 +140,7 @@ WinKovix::WinKovix(const wxString& programFolder, AppSettings& settings)
     OnPhpVersion(choice);
     ApplyStoredPort();
     StartOnLaunch();
-    restartState = RESTART_IDLE;
+    stack.Ready();
 }
 
 WinKovix::~WinKovix() {
@@ -441,89 +442,59 @@ void WinKovix::ShowInformation(const wxString& publicIp, const wxString& latestV
 // Server commands
 
 bool WinKovix::IsApacheRunning() const {
-    return apache.IsRunning();
+    return stack.IsApacheRunning();
 }
 
 bool WinKovix::IsMysqlRunning() const {
-    return mysql.IsRunning();
+    return stack.IsMysqlRunning();
 }
 
 void WinKovix::StartBoth() {
-    StartApacheChecked(true);
+    if (!stack.IsBusy())
+        btn_Start->Disable();
+    stack.StartBoth();
 }
 
 void WinKovix::StartApacheOnly() {
-    StartApacheChecked(false);
+    if (!stack.IsBusy())
+        btn_Start->Disable();
+    stack.StartApacheOnly();
 }
 
-// The start shared by "start both" and "start Apache": refused while another start runs; the
-// port is tested first, and MySQL follows only a successful Apache start.
-void WinKovix::StartApacheChecked(bool thenMysql) {
-    if (busy)
-        return;
-    restartState = RESTART_IDLE;
-    busy = true;
-    btn_Start->Disable();
-    const wxString refusal = PortCheck::PortRefusal(settings.GetPort());
-    if (!refusal.empty()) {
-        wxMessageBox(refusal, "Kovix", wxOK, this);
-    } else if (!PortCheck::IsPortFree(settings.GetPort())) {
-        AppendConsole(PortCheck::PortHolderLine(settings.GetPort()) + "\n");
-        wxMessageBox(PortCheck::PortTakenMessage(settings), "Kovix", wxOK, this);
-    } else if (apache.Start() && thenMysql) {
-        mysql.Start();
-    }
-    busy = false;
+// Shown while the refused start is still under way: no tick runs behind the message.
+void WinKovix::ShowRefusal(const StackController::StartOutcome& outcome) {
+    if (!outcome.holderLine.empty())
+        AppendConsole(outcome.holderLine + "\n");
+    wxMessageBox(outcome.message, "Kovix", wxOK, this);
 }
 
 void WinKovix::StartMysqlOnly() {
-    restartState = RESTART_IDLE;
-    if (!IsMysqlRunning())
-        mysql.Start();
+    stack.StartMysqlOnly();
 }
 
 void WinKovix::StopBoth() {
-    restartState = RESTART_IDLE;
-    if (IsApacheRunning())
-        apache.Stop();
-    if (IsMysqlRunning())
-        mysql.Stop();
+    stack.StopBoth();
 }
 
 void WinKovix::StopApacheOnly() {
-    restartState = RESTART_IDLE;
-    if (IsApacheRunning())
-        apache.Stop();
+    stack.StopApacheOnly();
 }
 
 void WinKovix::StopMysqlOnly() {
-    restartState = RESTART_IDLE;
-    if (IsMysqlRunning())
-        mysql.Stop();
+    stack.StopMysqlOnly();
 }
 
 // ---------------------------------------------------------------------------------------------
 // Status loop
 
 void WinKovix::StatusTick() {
-    if (busy)
+    const std::optional<StackController::Status> status = stack.Tick();
+    if (!status)
         return;
-    AppendServerOutput();
-    const std::vector<std::vector<long>> servers = ProcessLookup::FindEach(
-        {InstallPaths::ApacheProcessName(), InstallPaths::MysqlProcessName()});
-    const bool apacheRuns = !servers[0].empty();
-    const bool mysqlRuns = !servers[1].empty();
-    ShowServerState(servers[0], servers[1]);
-    WatchTemplates();
-    StepRestartMachine(apacheRuns, mysqlRuns);
+    if (!status->output.empty())
+        AppendConsole(status->output);
+    ShowServerState(*status);
     UpdateInformation();
-}
-
-void WinKovix::AppendServerOutput() {
-    for (const wxString& output : {apache.ReadOutput(), mysql.ReadOutput()}) {
-        if (!output.empty())
-            AppendConsole(output);
-    }
 }
 
 wxString WinKovix::StateText(bool runs, double cpu) const {
@@ -532,16 +503,13 @@ wxString WinKovix::StateText(bool runs, double cpu) const {
     return GetLangText("RUNNING") + wxString::Format(" - CPU: %d%%", CpuShare(cpu));
 }
 
-void WinKovix::ShowServerState(const std::vector<long>& apachePids,
-                               const std::vector<long>& mysqlPids) {
-    const bool apacheRuns = !apachePids.empty();
-    const bool mysqlRuns = !mysqlPids.empty();
-    const double apacheCpu = apacheRuns ? apache.CpuUse(apachePids) : 0;
-    const double mysqlCpu = mysqlRuns ? mysql.CpuUse(mysqlPids) : 0;
-    SetLabelIfChanged(staticTextStApache, StateText(apacheRuns, apacheCpu));
-    SetLabelIfChanged(staticTextStMySQL, StateText(mysqlRuns, mysqlCpu));
+void WinKovix::ShowServerState(const StackController::Status& status) {
+    const bool apacheRuns = status.ApacheRuns();
+    const bool mysqlRuns = status.MysqlRuns();
+    SetLabelIfChanged(staticTextStApache, StateText(apacheRuns, status.apacheCpu));
+    SetLabelIfChanged(staticTextStMySQL, StateText(mysqlRuns, status.mysqlCpu));
     if (apacheRuns || mysqlRuns)
-        FeedChart(CpuShare(apacheCpu), CpuShare(mysqlCpu));
+        FeedChart(CpuShare(status.apacheCpu), CpuShare(status.mysqlCpu));
     btn_Start->Enable(!apacheRuns && !mysqlRuns);
     btn_Stop->Enable(apacheRuns || mysqlRuns);
     ShowStatusPicture(apacheRuns || mysqlRuns);
@@ -568,36 +536,6 @@ void WinKovix::FeedChart(int apacheShare, int mysqlShare) {
     stats->SeriesChanged();
 }
 
-// Only the Apache and PHP templates are watched: they are what the Apache start regenerates.
-void WinKovix::WatchTemplates() {
-    if (settings.GetAutoRestart() && (apache.HasSourceChanged() || apache.HasPhpSourceChanged()) &&
-        restartState == RESTART_IDLE)
-        restartState = RESTART_PENDING;
-}
-
-void WinKovix::StepRestartMachine(bool apacheRuns, bool mysqlRuns) {
-    if (apacheRuns || mysqlRuns) {
-        if (restartState == RESTART_PENDING) {
-            apache.Stop();
-            mysql.Stop();
-            restartState = RESTART_STOPPED;
-        } else if (restartState == RESTART_STOPPED) {
-            // A MySQL stop is skipped while an earlier shutdown is still under way (the admin
-            // tool outlives the server by a second): ask again until both are gone.
-            if (apacheRuns)
-                apache.Stop();
-            if (mysqlRuns)
-                mysql.Stop();
-        }
-    } else if (restartState == RESTART_STOPPED) {
-        apache.Start();
-        mysql.Start();
-        restartState = RESTART_IDLE;
-    } else if (restartState == RESTART_PENDING) {
-        restartState = RESTART_IDLE;
-    }
-}
-
 // Fills the information panel once, on the first tick after the network lookup has its answers.
 void WinKovix::UpdateInformation() {
     if (infoPending != 1 || !lookupThread->IsResolved())
@@ -605,11 +543,6 @@ void WinKovix::UpdateInformation() {
     infoPending = 0;
     const wxString latest = lookupThread->LatestVersion();
     ShowInformation(lookupThread->PublicIp(), latest, CompareVersions(VERSION, latest) > 0);
-}
-
-void WinKovix::MarkRestart() {
-    if (restartState == RESTART_IDLE)
-        restartState = RESTART_PENDING;
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -779,12 +712,12 @@ void WinKovix::OnPhpVersion(wxCommandEvent&) {
     if (firstPhpEvent)
         firstPhpEvent = false;
     else
-        MarkRestart();
+        stack.MarkRestart();
 }
 
 void WinKovix::OnOnlineMode(wxCommandEvent&) {
     settings.SetOnline(comboOnlineMode->GetSelection() == 1);
-    MarkRestart();
+    stack.MarkRestart();
 }
 
 void WinKovix::OnPort(wxSpinEvent&) {
@@ -855,8 +788,7 @@ void WinKovix::OnClose(wxCloseEvent& event) {
         if (answer == wxYES) {
             statusTimer.Stop();
             Hide();
-            apache.Stop();
-            mysql.Stop();
+            stack.StopBoth();
         }
     }
     // Destroy only schedules the deletion: no tick (and no pending restart) may run meanwhile.

@@ -2,8 +2,7 @@
 
 #include "core/Cleanup.h"
 #include "core/InstallPaths.h"
-#include "core/servers/ApacheServer.h"
-#include "core/servers/MysqlServer.h"
+#include "core/servers/StackController.h"
 #include "gui/ChartSeries.h"
 
 #include <wx/frame.h>
@@ -32,9 +31,8 @@ class wxTextCtrl;
 
 // The control panel: shows whether Apache and MySQL run and their processor share, starts and
 // stops them, chooses the PHP version, port and online mode, opens the web tools, logs and
-// templates, and restarts the servers when a template or the PHP version changes. A 500 ms status
-// timer drives everything that follows the servers' state; a start command sets the busy flag,
-// which makes the tick stand aside until it is done.
+// templates. The servers themselves, their start rules and the restart after a change belong to
+// the StackController; a 500 ms timer runs its tick and shows what it saw.
 class ToolsPanel;
 
 class WinKovix : public wxFrame {
@@ -99,13 +97,11 @@ public:
         ID_SITES = 1113
     };
 
-    // Auto-restart states: a change is pending, then the servers were stopped to restart them.
-    enum RestartState : std::uint16_t {
-        RESTART_IDLE = 0,
-        RESTART_PENDING = 1,
-        RESTART_STOPPED = 2,
-        RESTART_BUILDING = 0xFFFF
-    };
+    using RestartState = StackController::RestartState;
+    static constexpr RestartState RESTART_IDLE = StackController::RESTART_IDLE;
+    static constexpr RestartState RESTART_PENDING = StackController::RESTART_PENDING;
+    static constexpr RestartState RESTART_STOPPED = StackController::RESTART_STOPPED;
+    static constexpr RestartState RESTART_BUILDING = StackController::RESTART_BUILDING;
 
     static constexpr const char* VERSION = "1.1";
     static constexpr const char* PRODUCT_SITE = "http://www.kovix.org/";
@@ -133,6 +129,7 @@ public:
 
     bool IsApacheRunning() const;
     bool IsMysqlRunning() const;
+    StackController& Stack() { return stack; }
 
     void ApplyTexts();
     void AppendConsole(const wxString& text);
@@ -142,8 +139,8 @@ public:
     // One pass of the status loop; the timer calls it every TICK_MS.
     void StatusTick();
 
-    std::uint16_t GetRestartState() const { return restartState; }
-    bool IsBusy() const { return busy; }
+    std::uint16_t GetRestartState() const { return stack.GetRestartState(); }
+    bool IsBusy() const { return stack.IsBusy(); }
     const InstallPaths& Paths() const { return paths; }
     WinStats* GetStatsWindow() const { return stats; }
     const std::vector<ChartSeries>& CpuSeries() const { return cpuSeries; }
@@ -169,16 +166,12 @@ private:
     void ApplyStoredPort();
     void StartOnLaunch();
 
-    void StartApacheChecked(bool thenMysql);
-    void AppendServerOutput();
-    void ShowServerState(const std::vector<long>& apachePids, const std::vector<long>& mysqlPids);
+    void ShowRefusal(const StackController::StartOutcome& outcome);
+    void ShowServerState(const StackController::Status& status);
     static void SetLabelIfChanged(wxStaticText* label, const wxString& text);
     void ShowStatusPicture(bool running);
     void FeedChart(int apacheShare, int mysqlShare);
-    void WatchTemplates();
-    void StepRestartMachine(bool apacheRuns, bool mysqlRuns);
     void UpdateInformation();
-    void MarkRestart();
     void ShowFile(const wxString& path);
     void RunLogAction(Cleanup::LogAction action);
     void PopupAndDiscard(wxMenu* menu);
@@ -225,13 +218,10 @@ private:
 
     AppSettings& settings;
     InstallPaths paths;
-    std::uint16_t restartState = RESTART_BUILDING;
     std::uint16_t infoPending = 1;
     bool firstPhpEvent = true;
-    bool busy = false;
     wxTimer statusTimer;
-    ApacheServer apache;
-    MysqlServer mysql;
+    StackController stack;
     std::vector<ChartSeries> cpuSeries = MakeCpuSeries();
     WinStats* stats = nullptr;
     std::unique_ptr<WinTaskBarIcon> trayIcon;

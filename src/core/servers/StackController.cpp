@@ -1,0 +1,157 @@
+#include "core/servers/StackController.h"
+
+#include "core/AppSettings.h"
+#include "core/servers/PortCheck.h"
+
+StackController::StackController(const AppSettings& settings, std::unique_ptr<StackServers> servers)
+    : settings(settings), servers(std::move(servers)) {}
+
+bool StackController::PortRefuses(StartOutcome& outcome) {
+    const int port = settings.GetPort();
+    const wxString forbidden = PortCheck::PortRefusal(port);
+    if (!forbidden.empty()) {
+        outcome.refused = true;
+        outcome.message = forbidden;
+        return true;
+    }
+    if (servers->IsPortFree(port))
+        return false;
+    outcome.refused = true;
+    outcome.message = PortCheck::PortTakenMessage(settings);
+    outcome.holderLine = servers->PortHolderLine(port);
+    if (onRefusal)
+        onRefusal(outcome);
+    return true;
+}
+
+StackController::StartOutcome StackController::StartApacheChecked(bool thenMysql) {
+    StartOutcome outcome;
+    if (busy)
+        return outcome;
+    restartState = RESTART_IDLE;
+    busy = true;
+    if (!PortRefuses(outcome) && servers->StartApache()) {
+        outcome.apacheStarted = true;
+        if (thenMysql) {
+            servers->StartMysql();
+            outcome.mysqlStarted = true;
+        }
+    }
+    busy = false;
+    return outcome;
+}
+
+void StackController::StartMysqlOnly() {
+    restartState = RESTART_IDLE;
+    if (!IsMysqlRunning())
+        servers->StartMysql();
+}
+
+void StackController::StopBoth() {
+    StopApacheOnly();
+    StopMysqlOnly();
+}
+
+void StackController::StopApacheOnly() {
+    restartState = RESTART_IDLE;
+    if (IsApacheRunning())
+        servers->StopApache();
+}
+
+void StackController::StopMysqlOnly() {
+    restartState = RESTART_IDLE;
+    if (IsMysqlRunning())
+        servers->StopMysql();
+}
+
+void StackController::MarkRestart() {
+    if (restartState == RESTART_IDLE)
+        restartState = RESTART_PENDING;
+}
+
+std::optional<StackController::Status> StackController::Tick() {
+    if (busy)
+        return std::nullopt;
+    Status status;
+    status.output = servers->ReadOutput();
+    status.pids = servers->FindServers();
+    if (status.ApacheRuns())
+        status.apacheCpu = servers->ApacheCpu(status.pids.apache);
+    if (status.MysqlRuns())
+        status.mysqlCpu = servers->MysqlCpu(status.pids.mysql);
+    WatchTemplates();
+    StepRestartMachine(status.ApacheRuns(), status.MysqlRuns());
+    return status;
+}
+
+// Only the Apache and PHP templates are watched: they are what an Apache start regenerates.
+void StackController::WatchTemplates() {
+    if (settings.GetAutoRestart() && servers->TemplatesChanged() && restartState == RESTART_IDLE)
+        restartState = RESTART_PENDING;
+}
+
+void StackController::StepRestartMachine(bool apacheRuns, bool mysqlRuns) {
+    if (apacheRuns || mysqlRuns) {
+        if (restartState == RESTART_PENDING) {
+            servers->StopApache();
+            servers->StopMysql();
+            restartState = RESTART_STOPPED;
+        } else if (restartState == RESTART_STOPPED) {
+            // A MySQL stop is skipped while an earlier shutdown is still under way (the admin
+            // tool outlives the server by a second): ask again until both are gone.
+            if (apacheRuns)
+                servers->StopApache();
+            if (mysqlRuns)
+                servers->StopMysql();
+        }
+    } else if (restartState == RESTART_STOPPED) {
+        servers->StartApache();
+        servers->StartMysql();
+        restartState = RESTART_IDLE;
+    } else if (restartState == RESTART_PENDING) {
+        restartState = RESTART_IDLE;
+    }
+}
+
+StackController::StartOutcome StackController::StartStopped(bool apache, bool mysql) {
+    StartOutcome outcome;
+    apache = apache && !IsApacheRunning();
+    mysql = mysql && !IsMysqlRunning();
+    if (apache && PortRefuses(outcome))
+        return outcome;
+    if (apache)
+        outcome.apacheStarted = servers->StartApache();
+    if (mysql) {
+        servers->StartMysql();
+        outcome.mysqlStarted = true;
+    }
+    return outcome;
+}
+
+bool StackController::StopAndWait(bool apache, bool mysql) {
+    if (apache && IsApacheRunning())
+        servers->StopApache();
+    const bool stopMysql = mysql && IsMysqlRunning();
+    if (stopMysql)
+        servers->StopMysql();
+    std::uint64_t askedAt = servers->NowMs();
+    return WaitUntil(
+        [&] {
+            if (stopMysql && IsMysqlRunning() && servers->NowMs() - askedAt >= StopRepeatMs) {
+                servers->StopMysql();
+                askedAt = servers->NowMs();
+            }
+            return !(apache && IsApacheRunning()) && !(stopMysql && IsMysqlRunning());
+        },
+        StopTimeoutMs);
+}
+
+bool StackController::WaitUntil(const std::function<bool()>& done, int timeoutMs) {
+    const std::uint64_t giveUp = servers->NowMs() + timeoutMs;
+    while (!done()) {
+        if (servers->NowMs() >= giveUp)
+            return false;
+        servers->SleepMs(PollMs);
+    }
+    return true;
+}

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "core/servers/ApacheServer.h"
+#include "core/servers/MysqlServer.h"
+
+#include <cstdint>
+#include <vector>
+
+// The processes of both servers found in one pass over the process table.
+struct ServerPids {
+    std::vector<long> apache;
+    std::vector<long> mysql;
+};
+
+// What StackController asks of the two servers, the port test and the clock. LiveStackServers
+// is the real thing; tests give a fake that records what was asked and answers as told.
+class StackServers {
+public:
+    virtual ~StackServers() = default;
+
+    virtual ServerPids FindServers() = 0;
+    virtual bool IsApacheRunning() = 0;
+    virtual bool IsMysqlRunning() = 0;
+    // False only while another Apache start is in progress.
+    virtual bool StartApache() = 0;
+    virtual void StopApache() = 0;
+    virtual void StartMysql() = 0;
+    // Skipped while an earlier shutdown is still under way.
+    virtual void StopMysql() = 0;
+    // Whether the Apache or the PHP template changed since the last question.
+    virtual bool TemplatesChanged() = 0;
+    // What both servers (and MySQL's admin tool) wrote since the last call.
+    virtual wxString ReadOutput() = 0;
+    virtual double ApacheCpu(const std::vector<long>& pids) = 0;
+    virtual double MysqlCpu(const std::vector<long>& pids) = 0;
+
+    virtual bool IsPortFree(int port) = 0;
+    virtual wxString PortHolderLine(int port) = 0;
+
+    // A monotonic clock in milliseconds, and a pause on it.
+    virtual std::uint64_t NowMs() = 0;
+    virtual void SleepMs(int ms) = 0;
+};
+
+// The tree's real Apache and MySQL, the real port test and the steady clock.
+class LiveStackServers : public StackServers {
+public:
+    explicit LiveStackServers(const InstallPaths& paths) : apache(paths), mysql(paths) {}
+
+    ServerPids FindServers() override;
+    bool IsApacheRunning() override { return apache.IsRunning(); }
+    bool IsMysqlRunning() override { return mysql.IsRunning(); }
+    bool StartApache() override { return apache.Start(); }
+    void StopApache() override { apache.Stop(); }
+    void StartMysql() override { mysql.Start(); }
+    void StopMysql() override { mysql.Stop(); }
+    bool TemplatesChanged() override;
+    wxString ReadOutput() override { return apache.ReadOutput() + mysql.ReadOutput(); }
+    double ApacheCpu(const std::vector<long>& pids) override { return apache.CpuUse(pids); }
+    double MysqlCpu(const std::vector<long>& pids) override { return mysql.CpuUse(pids); }
+    bool IsPortFree(int port) override;
+    wxString PortHolderLine(int port) override;
+    std::uint64_t NowMs() override;
+    void SleepMs(int ms) override;
+
+    ApacheServer& Apache() { return apache; }
+    MysqlServer& Mysql() { return mysql; }
+
+private:
+    ApacheServer apache;
+    MysqlServer mysql;
+};
