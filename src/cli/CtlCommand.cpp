@@ -1,11 +1,13 @@
 #include "cli/CtlCommand.h"
 
 #include "core/TextFiles.h"
+#include "core/TreeLock.h"
 #include "core/lang/LangTable.h"
 
 #include <wx/filename.h>
 
 #include <algorithm>
+#include <optional>
 #include <ostream>
 
 namespace {
@@ -88,6 +90,10 @@ int Execute(const Invocation& invocation, std::ostream& out, std::ostream& err) 
         err << "kovixctl: no folder " << Utf8(root) << "\n";
         return 1;
     }
+    // Held from reading the settings to writing them back, and over a whole start or stop.
+    std::optional<TreeLock> lock;
+    if (command->access == CtlAccess::Changes)
+        lock.emplace(root);
     CtlContext context(root, out, err);
     context.json = invocation.json;
     context.args.assign(invocation.words.begin() + command->words.size(), invocation.words.end());

@@ -173,6 +173,8 @@ void Stop(CtlContext& context) {
     StackController stack(context.settings, std::move(live));
     if (!stack.StopAndWait(which.apache, which.mysql))
         throw CtlFailure("the servers did not stop within 30 seconds:\n" + mysql.ReadOutput());
+    // The admin tool outlives the server by a moment: nothing of the stop is left behind.
+    stack.WaitUntil([&] { return !mysql.IsShutdownUnderWay(); }, StackController::StopTimeoutMs);
 }
 
 void Clean(CtlContext& context) {

@@ -14,6 +14,7 @@ void AppSettings::Load(const wxString& path) {
     for (const IniEntry& entry : ReadIniEntries(text))
         if (QuotedPrefix(entry.value, value))
             SetString(entry.key, value);
+    baseline = values;
 }
 
 wxString AppSettings::ToText() const {
@@ -25,6 +26,21 @@ wxString AppSettings::ToText() const {
 
 bool AppSettings::Save(const wxString& path) const {
     return TextFiles::WriteAtomically(path, ToText());
+}
+
+bool AppSettings::SaveChanges(const wxString& path) {
+    AppSettings merged;
+    merged.Load(path);
+    for (const auto& [key, value] : values) {
+        const auto before = baseline.find(key);
+        if (before == baseline.end() || before->second != value)
+            merged.SetString(key, value);
+    }
+    if (!merged.Save(path))
+        return false;
+    values = merged.values;
+    baseline = values;
+    return true;
 }
 
 wxString AppSettings::GetString(const wxString& key) const {

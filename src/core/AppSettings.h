@@ -27,6 +27,10 @@ public:
     void Load(const wxString& path);
     // Writes every entry in key order through a scratch file renamed over path.
     bool Save(const wxString& path) const;
+    // Writes over the file's current content only the entries changed here since the last Load
+    // or SaveChanges, so that what another program changed in the file meanwhile stays; the
+    // store then holds the merged whole. The caller holds the tree lock.
+    bool SaveChanges(const wxString& path);
     wxString ToText() const;
 
     wxString GetString(const wxString& key) const;
@@ -60,6 +64,7 @@ public:
 
 private:
     std::map<wxString, wxString> values;
+    std::map<wxString, wxString> baseline; // the entries as of the last Load or SaveChanges
 };
 
 // Parses text as a whole decimal integer (optional sign); false for anything else.

@@ -28,13 +28,12 @@ class wxStaticBitmap;
 class wxStaticBox;
 class wxStaticText;
 class wxTextCtrl;
+class ToolsPanel;
 
 // The control panel: shows whether Apache and MySQL run and their processor share, starts and
 // stops them, chooses the PHP version, port and online mode, opens the web tools, logs and
 // templates. The servers themselves, their start rules and the restart after a change belong to
 // the StackController; a 500 ms timer runs its tick and shows what it saw.
-class ToolsPanel;
-
 class WinKovix : public wxFrame {
 public:
     enum {

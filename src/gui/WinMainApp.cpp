@@ -3,11 +3,13 @@
 #include "core/AppSettings.h"
 #include "core/InstallPaths.h"
 #include "core/TextFiles.h"
+#include "core/TreeLock.h"
 #include "core/lang/LangTable.h"
 #include "gui/WinKovix.h"
 #include "gui/WinTaskBarIcon.h"
 #include "platform/Platform.h"
 
+#include <wx/filefn.h>
 #include <wx/image.h>
 #include <wx/msgdlg.h>
 
@@ -33,8 +35,10 @@ bool WinMainApp::OnInit() {
 
 int WinMainApp::OnExit() {
     instanceChecker.reset();
-    if (settings)
-        settings->Save(settingsFile);
+    if (settings) {
+        const TreeLock lock(wxPathOnly(settingsFile));
+        settings->SaveChanges(settingsFile);
+    }
     settings.reset();
     return wxApp::OnExit();
 }

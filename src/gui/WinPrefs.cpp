@@ -1,6 +1,7 @@
 #include "gui/WinPrefs.h"
 
 #include "core/AppSettings.h"
+#include "core/TreeLock.h"
 #include "core/lang/LangTable.h"
 #include "platform/Platform.h"
 
@@ -8,6 +9,7 @@
 #include <wx/checkbox.h>
 #include <wx/combobox.h>
 #include <wx/filedlg.h>
+#include <wx/filefn.h>
 #include <wx/sizer.h>
 #include <wx/statbox.h>
 #include <wx/statline.h>
@@ -112,8 +114,9 @@ void WinPrefs::ApplyTexts() {
 }
 
 void WinPrefs::OnSelectEditor(wxCommandEvent&) {
-    wxFileDialog dialog(this, GetLangText("PREF_TEXT_EDITOR_SELECT_MESSAGE"), "", "", Platform::Get().ProgramFileFilter(),
-                        wxFD_OPEN, wxDefaultPosition, wxDefaultSize, "filedlg");
+    wxFileDialog dialog(this, GetLangText("PREF_TEXT_EDITOR_SELECT_MESSAGE"), "", "",
+                        Platform::Get().ProgramFileFilter(), wxFD_OPEN, wxDefaultPosition,
+                        wxDefaultSize, "filedlg");
     dialog.SetName("filedlg"); // GTK's file dialog ignores the name it is given
     if (dialog.ShowModal() == wxID_OK)
         edit_TextEditor->SetValue(dialog.GetPath());
@@ -135,6 +138,7 @@ void WinPrefs::OnOk(wxCommandEvent&) {
                      checkbox_AutoRestartFileChanged->GetValue());
     settings.SetTextEditor(edit_TextEditor->GetValue());
     settings.SetBool(AppSettings::SITES_ENABLED, checkbox_Sites->GetValue());
-    settings.Save(settingsFile);
+    const TreeLock lock(wxPathOnly(settingsFile));
+    settings.SaveChanges(settingsFile);
     EndModal(wxID_OK);
 }

@@ -43,6 +43,12 @@ public:
     virtual int Wait() = 0;
 };
 
+// An exclusive lock on a file, held by this process until the object is destroyed.
+class FileLock {
+public:
+    virtual ~FileLock() = default;
+};
+
 // Cumulative processor time of one process and of the whole machine, in clock ticks.
 struct ProcessorTimes {
     std::uint64_t process = 0;
@@ -123,6 +129,10 @@ public:
     // target gets the new contents and the link stays. False, with the file untouched and no
     // scratch file left, on any failure.
     virtual bool SaveFileAtomically(const wxString& path, const std::string& bytes) = 0;
+    // Waits until this process holds the exclusive lock of path, creating the file when missing
+    // and allowed; nullptr when the file can be neither opened nor created. Advisory: it only
+    // keeps out whoever asks for the same lock.
+    virtual std::unique_ptr<FileLock> LockFile(const wxString& path) = 0;
 
     // Desktop.
     virtual bool OpenUrl(const wxString& url) = 0;

@@ -3,13 +3,16 @@
 #include <wx/stdpaths.h>
 #include <wx/utils.h>
 
+#include <cerrno>
 #include <climits>
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <fcntl.h>
 #include <langinfo.h>
 #include <string>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -99,6 +102,32 @@ bool PosixPlatform::FileModificationTime(const wxString& path, std::int64_t& mil
 // rename(2) replaces the target atomically; the old file stays until the new one is whole.
 bool PosixPlatform::ReplaceFile(const wxString& from, const wxString& to) {
     return std::rename(from.fn_str(), to.fn_str()) == 0;
+}
+
+namespace {
+
+// flock on a descriptor of its own: the lock ends with the descriptor, also when the process dies.
+class PosixFileLock : public FileLock {
+public:
+    explicit PosixFileLock(int fd) : fd(fd) {}
+    ~PosixFileLock() override { close(fd); }
+
+private:
+    int fd;
+};
+
+} // namespace
+
+std::unique_ptr<FileLock> PosixPlatform::LockFile(const wxString& path) {
+    const std::string name = path.utf8_string();
+    int fd = open(name.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644);
+    if (fd < 0)
+        fd = open(name.c_str(), O_RDONLY | O_CLOEXEC); // a read-only tree is still locked
+    if (fd < 0)
+        return nullptr;
+    while (flock(fd, LOCK_EX) != 0 && errno == EINTR) {
+    }
+    return std::make_unique<PosixFileLock>(fd);
 }
 
 namespace {

@@ -63,3 +63,26 @@ TEST(AppSettingsValues, BooleansPortOnlineModeAndEditor) {
     settings.SetTextEditor("");
     EXPECT_EQ(settings.GetTextEditor(), "xdg-open");
 }
+
+TEST(AppSettingsFile, SavingChangesKeepsWhatAnotherProgramWroteMeanwhile) {
+    TempDir dir;
+    const wxString path = dir.File("kovix.ini");
+    WriteBytes(path, "APACHE_PORT = \"80\"\nCURRENT_LANG = \"en\"\n");
+    AppSettings panel;
+    panel.Load(path);
+    panel.SetLanguage("fr");
+
+    AppSettings other;
+    other.Load(path);
+    other.SetPort(8080);
+    other.SetOnline(true);
+    ASSERT_TRUE(other.Save(path));
+
+    ASSERT_TRUE(panel.SaveChanges(path));
+    EXPECT_EQ(ReadBytes(path),
+              "APACHE_MODE = \"1\"\nAPACHE_PORT = \"8080\"\nCURRENT_LANG = \"fr\"\n\n");
+    EXPECT_EQ(panel.GetPort(), 8080) << "the store holds the merged whole";
+    WriteBytes(path, "APACHE_PORT = \"81\"\n");
+    ASSERT_TRUE(panel.SaveChanges(path));
+    EXPECT_EQ(ReadBytes(path), "APACHE_PORT = \"81\"\n\n") << "nothing changed since";
+}

@@ -20,6 +20,7 @@ public:
     int mysqlStopsSkipped = 0;
     std::string log;
     std::uint64_t now = 0;
+    int locks = 0;
 
     ServerPids FindServers() override {
         ServerPids pids;
@@ -55,6 +56,10 @@ public:
     double MysqlCpu(const std::vector<long>& pids) override { return pids.size() * 2.5; }
     bool IsPortFree(int) override { return portFree; }
     wxString PortHolderLine(int port) override { return wxString::Format("held %d", port); }
+    std::shared_ptr<void> LockTree() override {
+        ++locks;
+        return nullptr;
+    }
     std::uint64_t NowMs() override { return now; }
     void SleepMs(int ms) override { now += ms; }
 };
@@ -96,8 +101,10 @@ TEST_F(StackControllerTest, TemplateChangeRestartsRunningServersOnceBothAreGone)
     stack.Tick();
     EXPECT_EQ(Log(), "startA startM ");
     EXPECT_EQ(stack.GetRestartState(), StackController::RESTART_IDLE);
+    EXPECT_EQ(servers.locks, 1 + 4) << "the tree is locked for every step that acts";
     stack.Tick();
     EXPECT_EQ(Log(), "");
+    EXPECT_EQ(servers.locks, 5);
 }
 
 TEST_F(StackControllerTest, ChangesRestartNothingWhenStoppedOrSwitchedOffOrWhileBuilding) {

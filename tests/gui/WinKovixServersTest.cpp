@@ -13,8 +13,8 @@ namespace {
 const int SERVER_WAIT_MS = 30000;
 
 // The oldest process of the name: the server's master.
-long MasterPid(const wxString& name) {
-    const std::vector<long> pids = ProcessLookup::Find(name);
+long MasterPid(const wxString& name, const wxString& tree) {
+    const std::vector<long> pids = ProcessLookup::Find(name, tree);
     return pids.empty() ? 0 : *std::min_element(pids.begin(), pids.end());
 }
 
@@ -45,8 +45,8 @@ TEST_F(WinKovixServersTest, StartAndStopDriveTheRealServersAndTheWindowFollows) 
     ASSERT_TRUE(WaitForStates("Stopped", "Stopped", SERVER_WAIT_MS));
     EXPECT_TRUE(IsEnabled(WinKovix::ID_BTN_START));
     EXPECT_FALSE(IsEnabled(WinKovix::ID_BTN_STOP));
-    EXPECT_TRUE(ProcessLookup::Find("httpd").empty());
-    EXPECT_TRUE(ProcessLookup::Find("mysqld").empty());
+    EXPECT_TRUE(ProcessLookup::Find("httpd", tree.Root()).empty());
+    EXPECT_TRUE(ProcessLookup::Find("mysqld", tree.Root()).empty());
 }
 
 // The change while stopped is tried in WinKovixTest: the restart is dropped, nothing starts.
@@ -57,12 +57,14 @@ TEST_F(WinKovixServersTest, PhpVersionChangeRestartsRunningServersWithTheNewVers
               0);
     Open().StartBoth();
     ASSERT_TRUE(WaitForStates("Running", "Running"));
-    const long apachePid = MasterPid("httpd"), mysqlPid = MasterPid("mysqld");
+    const long apachePid = MasterPid("httpd", tree.Root()),
+               mysqlPid = MasterPid("mysqld", tree.Root());
     Choose(Control(window, WinKovix::ID_PHP_VERSION), "php_9.0");
     EXPECT_EQ(window->GetRestartState(), WinKovix::RESTART_PENDING);
     ASSERT_TRUE(WaitFor(
         [&] {
-            const long apache = MasterPid("httpd"), mysql = MasterPid("mysqld");
+            const long apache = MasterPid("httpd", tree.Root()),
+                       mysql = MasterPid("mysqld", tree.Root());
             return window->GetRestartState() == WinKovix::RESTART_IDLE && apache != 0 &&
                    apache != apachePid && mysql != 0 && mysql != mysqlPid;
         },

@@ -100,8 +100,8 @@ TEST_F(WinKovixTest, UserChoicesMarkARestartThatAStoppedTickDropsWithoutStarting
     frame.StatusTick();
     frame.StatusTick();
     EXPECT_EQ(frame.GetRestartState(), W::RESTART_IDLE);
-    EXPECT_TRUE(ProcessLookup::Find("httpd").empty());
-    EXPECT_TRUE(ProcessLookup::Find("mysqld").empty());
+    EXPECT_TRUE(ProcessLookup::Find("httpd", tree.Root()).empty());
+    EXPECT_TRUE(ProcessLookup::Find("mysqld", tree.Root()).empty());
     EXPECT_FALSE(wxFileExists(tree.File("apache/conf/httpd.conf")));
 }
 
@@ -144,8 +144,8 @@ TEST_F(WinKovixTest, StartWithThePortTakenShowsThePortMessageAndStartsNothing) {
     EXPECT_FALSE(frame.IsBusy());
     EXPECT_FALSE(IsEnabled(W::ID_BTN_START));
     EXPECT_TRUE(WaitFor([&] { return IsEnabled(W::ID_BTN_START); }));
-    EXPECT_TRUE(ProcessLookup::Find("httpd").empty());
-    EXPECT_TRUE(ProcessLookup::Find("mysqld").empty());
+    EXPECT_TRUE(ProcessLookup::Find("httpd", tree.Root()).empty());
+    EXPECT_TRUE(ProcessLookup::Find("mysqld", tree.Root()).empty());
     EXPECT_FALSE(wxFileExists(tree.File("apache/conf/httpd.conf")));
 }
 

@@ -34,7 +34,7 @@ bool ApacheServer::Start() {
 }
 
 void ApacheServer::Stop() {
-    ProcessLookup::KillAll(InstallPaths::ApacheProcessName());
+    ProcessLookup::KillAll(InstallPaths::ApacheProcessName(), paths.ProgramFolder());
     if (record)
         record->IsActive(); // reaps the killed child at once
 }

@@ -48,6 +48,9 @@ wxString MysqlServer::ReadOutput() {
     note.clear();
     if (adminRecord)
         text += adminRecord->ReadOutput();
+    // Once read, ended children are reaped: neither the server nor the admin tool stays a zombie.
+    HasActiveChild();
+    KeepIfActive(adminRecord);
     return text;
 }
 

@@ -24,7 +24,9 @@ public:
     // Returns at once: the server is gone a moment later.
     void Stop();
 
-    // What the server and then the admin tool wrote since the last call.
+    // Whether the admin tool of the last stop still runs.
+    bool IsShutdownUnderWay() { return KeepIfActive(adminRecord); }
+    // What the server and then the admin tool wrote since the last call; reaps those that ended.
     wxString ReadOutput();
 
     bool HasSourceChanged() { return mysqlSource.HasChanged(); }

@@ -11,10 +11,10 @@ namespace ProcessLookup {
 
 namespace {
 
-std::vector<long> InScope(const std::vector<long>& pids) {
+std::vector<long> InScope(const std::vector<long>& pids, const wxString& tree) {
     wxString scope;
     if (!wxGetEnv("KOVIX_PROCESS_SCOPE", &scope) || scope.empty())
-        return pids;
+        scope = tree;
     std::vector<long> inScope;
     for (long pid : pids)
         if (Platform::Get().ProcessLivesIn(pid, scope))
@@ -24,26 +24,26 @@ std::vector<long> InScope(const std::vector<long>& pids) {
 
 } // namespace
 
-std::vector<std::vector<long>> FindEach(const std::vector<wxString>& names) {
+std::vector<std::vector<long>> FindEach(const std::vector<wxString>& names, const wxString& tree) {
     std::vector<std::vector<long>> found = Platform::Get().FindProcessesByNames(names);
     for (std::vector<long>& pids : found)
-        pids = InScope(pids);
+        pids = InScope(pids, tree);
     return found;
 }
 
-std::vector<long> Find(const wxString& name) {
-    return FindEach({name}).front();
+std::vector<long> Find(const wxString& name, const wxString& tree) {
+    return FindEach({name}, tree).front();
 }
 
-bool IsRunning(const wxString& name) {
-    return !Find(name).empty();
+bool IsRunning(const wxString& name, const wxString& tree) {
+    return !Find(name, tree).empty();
 }
 
-void KillAll(const wxString& name) {
+void KillAll(const wxString& name, const wxString& tree) {
     using Clock = std::chrono::steady_clock;
     const Clock::time_point giveUp = Clock::now() + std::chrono::seconds(5);
-    for (std::vector<long> pids = Find(name); !pids.empty() && Clock::now() < giveUp;
-         pids = Find(name)) {
+    for (std::vector<long> pids = Find(name, tree); !pids.empty() && Clock::now() < giveUp;
+         pids = Find(name, tree)) {
         for (long pid : pids)
             Platform::Get().KillProcess(pid);
         std::this_thread::sleep_for(std::chrono::milliseconds(5));

@@ -3,9 +3,9 @@
 #include "core/servers/ProcessLookup.h"
 
 bool ServerBase::IsRunning() const {
-    return ProcessLookup::IsRunning(processName);
+    return ProcessLookup::IsRunning(processName, paths.ProgramFolder());
 }
 
 double ServerBase::CpuUse() {
-    return CpuUse(ProcessLookup::Find(processName));
+    return CpuUse(ProcessLookup::Find(processName, paths.ProgramFolder()));
 }

@@ -19,8 +19,6 @@ bool StackController::PortRefuses(StartOutcome& outcome) {
     outcome.refused = true;
     outcome.message = PortCheck::PortTakenMessage(settings);
     outcome.holderLine = servers->PortHolderLine(port);
-    if (onRefusal)
-        onRefusal(outcome);
     return true;
 }
 
@@ -30,36 +28,46 @@ StackController::StartOutcome StackController::StartApacheChecked(bool thenMysql
         return outcome;
     restartState = RESTART_IDLE;
     busy = true;
-    if (!PortRefuses(outcome) && servers->StartApache()) {
-        outcome.apacheStarted = true;
-        if (thenMysql) {
-            servers->StartMysql();
-            outcome.mysqlStarted = true;
+    {
+        const std::shared_ptr<void> lock = servers->LockTree();
+        if (!PortRefuses(outcome) && servers->StartApache()) {
+            outcome.apacheStarted = true;
+            if (thenMysql) {
+                servers->StartMysql();
+                outcome.mysqlStarted = true;
+            }
         }
     }
+    // Told without the lock: a message shown meanwhile keeps no one else waiting.
+    if (outcome.refused && onRefusal)
+        onRefusal(outcome);
     busy = false;
     return outcome;
 }
 
 void StackController::StartMysqlOnly() {
     restartState = RESTART_IDLE;
+    const std::shared_ptr<void> lock = servers->LockTree();
     if (!IsMysqlRunning())
         servers->StartMysql();
 }
 
 void StackController::StopBoth() {
+    const std::shared_ptr<void> lock = servers->LockTree();
     StopApacheOnly();
     StopMysqlOnly();
 }
 
 void StackController::StopApacheOnly() {
     restartState = RESTART_IDLE;
+    const std::shared_ptr<void> lock = servers->LockTree();
     if (IsApacheRunning())
         servers->StopApache();
 }
 
 void StackController::StopMysqlOnly() {
     restartState = RESTART_IDLE;
+    const std::shared_ptr<void> lock = servers->LockTree();
     if (IsMysqlRunning())
         servers->StopMysql();
 }
@@ -91,6 +99,9 @@ void StackController::WatchTemplates() {
 }
 
 void StackController::StepRestartMachine(bool apacheRuns, bool mysqlRuns) {
+    if (restartState != RESTART_PENDING && restartState != RESTART_STOPPED)
+        return;
+    const std::shared_ptr<void> lock = servers->LockTree();
     if (apacheRuns || mysqlRuns) {
         if (restartState == RESTART_PENDING) {
             servers->StopApache();
@@ -114,6 +125,7 @@ void StackController::StepRestartMachine(bool apacheRuns, bool mysqlRuns) {
 }
 
 StackController::StartOutcome StackController::StartStopped(bool apache, bool mysql) {
+    const std::shared_ptr<void> lock = servers->LockTree();
     StartOutcome outcome;
     apache = apache && !IsApacheRunning();
     mysql = mysql && !IsMysqlRunning();
@@ -129,6 +141,7 @@ StackController::StartOutcome StackController::StartStopped(bool apache, bool my
 }
 
 bool StackController::StopAndWait(bool apache, bool mysql) {
+    const std::shared_ptr<void> lock = servers->LockTree();
     if (apache && IsApacheRunning())
         servers->StopApache();
     const bool stopMysql = mysql && IsMysqlRunning();

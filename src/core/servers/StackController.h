@@ -91,7 +91,7 @@ public:
 
 private:
     StartOutcome StartApacheChecked(bool thenMysql);
-    // The port test; fills a refusal and tells the handler when the port is taken.
+    // The port test; fills the outcome's refusal when the port is taken.
     bool PortRefuses(StartOutcome& outcome);
     void WatchTemplates();
     void StepRestartMachine(bool apacheRuns, bool mysqlRuns);

@@ -1,5 +1,6 @@
 #include "core/servers/StackServers.h"
 
+#include "core/TreeLock.h"
 #include "core/servers/PortCheck.h"
 #include "core/servers/ProcessLookup.h"
 
@@ -8,7 +9,7 @@
 
 ServerPids LiveStackServers::FindServers() {
     std::vector<std::vector<long>> found = ProcessLookup::FindEach(
-        {InstallPaths::ApacheProcessName(), InstallPaths::MysqlProcessName()});
+        {InstallPaths::ApacheProcessName(), InstallPaths::MysqlProcessName()}, programFolder);
     return {std::move(found[0]), std::move(found[1])};
 }
 
@@ -22,6 +23,10 @@ bool LiveStackServers::IsPortFree(int port) {
 
 wxString LiveStackServers::PortHolderLine(int port) {
     return PortCheck::PortHolderLine(port);
+}
+
+std::shared_ptr<void> LiveStackServers::LockTree() {
+    return std::make_shared<TreeLock>(programFolder);
 }
 
 std::uint64_t LiveStackServers::NowMs() {

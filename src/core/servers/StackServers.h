@@ -4,6 +4,7 @@
 #include "core/servers/MysqlServer.h"
 
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 // The processes of both servers found in one pass over the process table.
@@ -37,6 +38,9 @@ public:
     virtual bool IsPortFree(int port) = 0;
     virtual wxString PortHolderLine(int port) = 0;
 
+    // The tree lock, held by the caller around each start and stop.
+    virtual std::shared_ptr<void> LockTree() = 0;
+
     // A monotonic clock in milliseconds, and a pause on it.
     virtual std::uint64_t NowMs() = 0;
     virtual void SleepMs(int ms) = 0;
@@ -45,7 +49,8 @@ public:
 // The tree's real Apache and MySQL, the real port test and the steady clock.
 class LiveStackServers : public StackServers {
 public:
-    explicit LiveStackServers(const InstallPaths& paths) : apache(paths), mysql(paths) {}
+    explicit LiveStackServers(const InstallPaths& paths)
+        : programFolder(paths.ProgramFolder()), apache(paths), mysql(paths) {}
 
     ServerPids FindServers() override;
     bool IsApacheRunning() override { return apache.IsRunning(); }
@@ -60,6 +65,7 @@ public:
     double MysqlCpu(const std::vector<long>& pids) override { return mysql.CpuUse(pids); }
     bool IsPortFree(int port) override;
     wxString PortHolderLine(int port) override;
+    std::shared_ptr<void> LockTree() override;
     std::uint64_t NowMs() override;
     void SleepMs(int ms) override;
 
@@ -67,6 +73,7 @@ public:
     MysqlServer& Mysql() { return mysql; }
 
 private:
+    wxString programFolder;
     ApacheServer apache;
     MysqlServer mysql;
 };
