@@ -111,6 +111,38 @@ bool Win32Platform::ReplaceFile(const wxString& from, const wxString& to) {
                        MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
 }
 
+namespace {
+
+// LockFileEx over the whole file on a handle of its own; closing the handle ends the lock, also
+// when the process dies.
+class Win32FileLock : public FileLock {
+public:
+    explicit Win32FileLock(HANDLE file) : file(file) {}
+    ~Win32FileLock() override { CloseHandle(file); }
+
+private:
+    HANDLE file;
+};
+
+} // namespace
+
+std::unique_ptr<FileLock> Win32Platform::LockFile(const wxString& path) {
+    const DWORD sharing = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    HANDLE file = CreateFileW(path.wc_str(), GENERIC_READ | GENERIC_WRITE, sharing, nullptr,
+                              OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file == INVALID_HANDLE_VALUE) // a read-only tree is still locked
+        file = CreateFileW(path.wc_str(), GENERIC_READ, sharing, nullptr, OPEN_EXISTING,
+                           FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file == INVALID_HANDLE_VALUE)
+        return nullptr;
+    OVERLAPPED whole{};
+    if (!LockFileEx(file, LOCKFILE_EXCLUSIVE_LOCK, 0, MAXDWORD, MAXDWORD, &whole)) {
+        CloseHandle(file);
+        return nullptr;
+    }
+    return std::make_unique<Win32FileLock>(file);
+}
+
 bool Win32Platform::OpenUrl(const wxString& url) {
     return ShellOpen(url, wxString());
 }

@@ -39,6 +39,7 @@ public:
     bool FileModificationTime(const wxString& path, std::int64_t& milliseconds) override;
     bool ReplaceFile(const wxString& from, const wxString& to) override;
     bool SaveFileAtomically(const wxString& path, const std::string& bytes) override;
+    std::unique_ptr<FileLock> LockFile(const wxString& path) override;
 
     bool OpenUrl(const wxString& url) override;
     bool OpenFolder(const wxString& folder) override;
