@@ -139,6 +139,10 @@ wxString InstallPaths::SiteUrl(const wxString& siteName, bool https) const {
            (usual ? wxString() : wxString::Format(":%d", port)) + "/";
 }
 
+wxString InstallPaths::LibraryFolder() const {
+    return programFolder + "/lib";
+}
+
 wxString InstallPaths::LocalSiteUrl() const {
     if (settings.GetPort() == 80)
         return "http://localhost/";

@@ -51,6 +51,8 @@ public:
     wxString CertificateAuthorityFolder() const;
     wxString SiteCertificate() const;
     wxString SiteCertificateKey() const;
+    // The shared libraries of a portable tree; a tree linked to the system's servers has none.
+    wxString LibraryFolder() const;
 
     static wxString ApacheProcessName();
     static wxString MysqlProcessName();

@@ -13,6 +13,9 @@ struct ChildSpec {
     wxString commandLine;
     wxString workingFolder;
     wxString pathPrefix; // put in front of PATH for the child only
+    // Searched first for the child's shared libraries (a portable tree carries its own); empty
+    // leaves the search as inherited.
+    wxString libraryFolder;
     std::vector<std::pair<wxString, wxString>> environment; // set (or, with empty value, emptied)
 };
 

@@ -121,6 +121,11 @@ std::vector<std::string> ChildEnvironment(const ChildSpec& launch, char** inheri
         const char* old = FindEntry(environment, "PATH");
         SetEntry(environment, "PATH", launch.pathPrefix.utf8_string() + (old ? old : ""));
     }
+    if (!launch.libraryFolder.empty()) {
+        const char* old = FindEntry(environment, "LD_LIBRARY_PATH");
+        SetEntry(environment, "LD_LIBRARY_PATH",
+                 launch.libraryFolder.utf8_string() + (old && *old ? std::string(":") + old : ""));
+    }
     for (const auto& [name, value] : launch.environment)
         SetEntry(environment, name.utf8_string(), value.utf8_string());
     return environment;

@@ -62,17 +62,26 @@ TEST(PosixChildProcess, ReadingNeverBlocksAndBytesAreWidenedAsLatin1) {
     kill(static_cast<pid_t>(child->Pid()), SIGKILL);
 }
 
-TEST(PosixChildProcess, EnvironmentGetsThePathPrefixAndTheVariablesButThePanelsStaysAsItWas) {
+TEST(PosixChildProcess, EnvironmentGetsThePathPrefixLibraryFolderAndVariablesButThePanelsStays) {
     const wxString path = wxGetenv("PATH");
     ScopedEnv scan("PHP_INI_SCAN_DIR", "/etc/php/conf.d");
     ChildSpec launch;
-    launch.commandLine =
-        "/bin/sh -c \"echo \\\"$PATH|${PHP_INI_SCAN_DIR-unset}|${EXTRA-unset}\\\"\"";
+    launch.commandLine = "/bin/sh -c \"echo \\\"$PATH|${PHP_INI_SCAN_DIR-unset}|${EXTRA-unset}|"
+                         "${LD_LIBRARY_PATH-unset}\\\"\"";
     launch.pathPrefix = "/opt/php:";
     launch.environment = {{"PHP_INI_SCAN_DIR", ""}, {"EXTRA", "1"}};
-    auto child = Platform::Get().StartHidden(launch);
-    ASSERT_TRUE(child);
-    EXPECT_EQ(OutputUntilEnd(*child), "/opt/php:" + path + "||1\n");
+    struct Case {
+        const char *folder, *inherited, *expected;
+    };
+    for (const Case& c : {Case{"", "/usr/local/lib", "/usr/local/lib"},
+                          Case{"/tree/lib", "/usr/local/lib", "/tree/lib:/usr/local/lib"},
+                          Case{"/tree/lib", "", "/tree/lib"}}) {
+        ScopedEnv libraries("LD_LIBRARY_PATH", c.inherited);
+        launch.libraryFolder = c.folder;
+        auto child = Platform::Get().StartHidden(launch);
+        ASSERT_TRUE(child);
+        EXPECT_EQ(OutputUntilEnd(*child), "/opt/php:" + path + "||1|" + c.expected + "\n");
+    }
     EXPECT_EQ(wxGetenv("PATH") + wxString(wxGetenv("PHP_INI_SCAN_DIR")), path + "/etc/php/conf.d");
 }
 

@@ -24,7 +24,7 @@ bool ApacheServer::Start() {
     const wxString pidFile = paths.ApacheFolder() + "/logs/httpd.pid";
     if (wxFileExists(pidFile))
         wxRemoveFile(pidFile);
-    record = std::make_unique<ServerProcess>(CommandLine(), paths.ApacheFolder());
+    record = NewRecord(CommandLine(), paths.ApacheFolder());
     record->SetPathPrefix(paths.PhpFolder() + Platform::Get().PathListSeparator());
     // Otherwise the system's PHP adds its own configuration folder, loading extensions twice.
     record->SetVariable("PHP_INI_SCAN_DIR", "");

@@ -32,14 +32,14 @@ void MysqlServer::Start() {
                "\n";
         return;
     }
-    record = std::make_unique<ServerProcess>(CommandLine(), paths.MysqlFolder());
+    record = NewRecord(CommandLine(), paths.MysqlFolder());
     RunOrForget(record);
 }
 
 void MysqlServer::Stop() {
     if (KeepIfActive(adminRecord))
         return;
-    adminRecord = std::make_unique<ServerProcess>(ShutdownCommandLine(), paths.MysqlFolder());
+    adminRecord = NewRecord(ShutdownCommandLine(), paths.MysqlFolder());
     RunOrForget(adminRecord);
 }
 

@@ -27,6 +27,10 @@ protected:
         : paths(paths), processName(processName) {}
     ~ServerBase() = default;
 
+    // A child of the tree's programs, which find the tree's own libraries first when it has some.
+    std::unique_ptr<ServerProcess> NewRecord(const wxString& commandLine,
+                                             const wxString& workingFolder) const;
+
     InstallPaths paths;
     std::unique_ptr<ServerProcess> record;
 

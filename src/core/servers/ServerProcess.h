@@ -16,6 +16,8 @@ public:
 
     // Put in front of the inherited PATH for the child only.
     void SetPathPrefix(const wxString& prefix) { launch.pathPrefix = prefix; }
+    // Searched first for the child's shared libraries.
+    void SetLibraryFolder(const wxString& folder) { launch.libraryFolder = folder; }
     // An extra variable of the child's environment (an empty value sets it empty).
     void SetVariable(const wxString& name, const wxString& value);
 
