@@ -21,6 +21,8 @@ readonly PHPMYADMIN_SOURCE=/usr/share/phpmyadmin
 readonly SOCKET_PATH_MAX=107
 readonly SHUTDOWN_USER=kovix
 readonly SHUTDOWN_PASSWORD=RbTwXcHqPsLmYv
+# The program that initialises a data folder; a portable tree uses its own copy.
+INSTALL_DB=(mariadb-install-db)
 
 # Extensions loaded by the shipped php.ini; every other one gets a switched-off line.
 readonly -a DEFAULT_EXTENSIONS=(bcmath bz2 calendar ctype curl dom exif fileinfo ftp gd gettext iconv
@@ -226,7 +228,7 @@ initialise_mysql_data() {
         options+=(--loose-user=root)
     fi
     local log="$mysql/install-db.log"
-    if ! mariadb-install-db "${options[@]}" >"$log" 2>&1; then
+    if ! "${INSTALL_DB[@]}" "${options[@]}" >"$log" 2>&1; then
         rm -rf "$scratch" "$init"
         die "mariadb-install-db failed (its output is in $log)"
     fi
@@ -347,4 +349,7 @@ main() {
     printf 'assemble-tree: Kovix tree ready in %s\n' "$TREE"
 }
 
-main "$@"
+# Sourced by bundle.sh for its functions; run, it assembles.
+if [[ ${BASH_SOURCE[0]} == "$0" ]]; then
+    main "$@"
+fi

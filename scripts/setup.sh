@@ -16,6 +16,8 @@ packages=(
     mariadb-server mariadb-client phpmyadmin sqlitebrowser
     # local HTTPS: the certificate authority, and adding it to the browsers' NSS databases
     mkcert libnss3-tools openssl
+    # the portable folder (scripts/bundle.sh)
+    patchelf zstd
     # running and testing the window without a desktop
     xvfb xauth x11-utils imagemagick fonts-dejavu-core shared-mime-info xdg-utils curl procps
     locales desktop-file-utils
