@@ -146,6 +146,8 @@ bundle_phpmyadmin() {
     for entry in "$PHPMYADMIN_SOURCE"/*; do
         [[ $entry == */doc ]] || cp -RL "$entry" "$pma/system/"
     done
+    # Source maps serve only a browser's debugger.
+    find "$pma/system" -name '*.map' -delete
     relink_into "$pma/root" "$PHPMYADMIN_SOURCE" "$pma/system"
 
     cp -RL "$PHP_LIBRARY_SOURCE" "$STAGE/$PMA_LIBRARIES"
@@ -278,6 +280,15 @@ collect_libraries() {
     chmod 644 "$STAGE"/lib/*
 }
 
+# The client programs run from a shell or by any part of the panel, without the library path the
+# servers are started with.
+set_client_run_paths() {
+    local program
+    while IFS= read -r program; do
+        [[ $(basename "$program") == mysqld ]] || patchelf --set-rpath '$ORIGIN/../../lib' "$program"
+    done < <(elf_files "$STAGE/mysql/bin")
+}
+
 # A fresh data folder made by the bundle's own MariaDB.
 initialise_bundle_data() {
     local mysql="$STAGE/mysql"
@@ -361,6 +372,7 @@ bundle_main() {
     copy_linked_files
     rewrite_templates
     collect_libraries
+    set_client_run_paths
     initialise_bundle_data
     verify_stage
     replace_out
