@@ -73,7 +73,8 @@ check_out() {
 }
 
 # The user's part of the tree: templates, www/ and whatever else lives there; not the data,
-# the logs, the sessions, the generated files nor the settings.
+# the logs, the sessions, the generated files, the settings nor the local certificate authority
+# (its key must not travel).
 copy_tree() {
     rm -rf "$STAGE"
     mkdir -p "$STAGE"
@@ -82,6 +83,7 @@ copy_tree() {
         --exclude=./mysql/my.ini --exclude='./apache/logs/*' --exclude='./apache/sessions/*' \
         --exclude=./apache/conf/httpd.conf --exclude=./apache/php.ini \
         --exclude='./utils/phpmyadmin/tmp/*' --exclude=./utils/phpmyadmin/config.inc.php \
+        --exclude=./apache/conf/sites.conf --exclude=./ssl \
         --exclude=./kovix.ini --exclude=./kovix --exclude=./kovixctl --exclude=./lib . |
         tar -C "$STAGE" --no-same-owner -xf -
     local extra
@@ -164,6 +166,16 @@ relink_into() {
         [[ $destination == "$source"/* ]] || continue
         ln -sfn "$(realpath -m --relative-to="$(dirname "$link")" "$target${destination#"$source"}")" "$link"
     done < <(find "$folder" -type l -print0)
+}
+
+# Local HTTPS makes its certificates with mkcert (a static program), when the system has it.
+bundle_mkcert() {
+    local mkcert
+    mkcert=$(command -v mkcert) || {
+        bundle_note "no mkcert here: the folder's HTTPS will need the host's"
+        return 0
+    }
+    cp -L "$mkcert" "$STAGE/utils/mkcert"
 }
 
 # Whatever still links outside the folder (the servers, mod_php, the extensions) is copied in.
@@ -369,6 +381,7 @@ bundle_main() {
     bundle_apache
     bundle_mysql
     bundle_phpmyadmin
+    bundle_mkcert
     copy_linked_files
     rewrite_templates
     collect_libraries

@@ -140,7 +140,10 @@ wxString InstallPaths::SiteUrl(const wxString& siteName, bool https) const {
 }
 
 wxString InstallPaths::LibraryFolder() const {
-    return programFolder + "/lib";
+    return programFolder + Join("lib");
+}
+wxString InstallPaths::BundledMkcert() const {
+    return programFolder + Program("utils/mkcert");
 }
 
 wxString InstallPaths::LocalSiteUrl() const {

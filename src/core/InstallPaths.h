@@ -53,6 +53,8 @@ public:
     wxString SiteCertificateKey() const;
     // The shared libraries of a portable tree; a tree linked to the system's servers has none.
     wxString LibraryFolder() const;
+    // The mkcert a portable tree carries; a linked tree uses the system's.
+    wxString BundledMkcert() const;
 
     static wxString ApacheProcessName();
     static wxString MysqlProcessName();

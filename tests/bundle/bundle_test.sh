@@ -4,7 +4,7 @@
 # unpacked by an ordinary account into a folder with an accent and a blank, inside a mount
 # namespace where every file of the stack's Debian packages (and of wxWidgets) is hidden behind
 # an empty file. There the servers start, serve phpinfo with the folder's php.ini, take a MariaDB
-# connection and let phpMyAdmin sign in, map no library from outside the folder but glibc, and
+# connection, answer over HTTPS with a certificate of the folder's mkcert, let phpMyAdmin sign in, map no library from outside the folder but glibc, and
 # leave nothing behind when stopped; moved to a second folder, the folder keeps its databases.
 #
 #   bundle_test.sh SOURCE_DIR BINARY_DIR KOVIX KOVIXCTL
@@ -14,7 +14,7 @@
 #
 set -uo pipefail
 
-readonly HIDDEN_PACKAGES='^(apache2.*|libapache2-mod-php8\.2|php8\.2-.*|php-.*|mariadb-.*|mysql-common|phpmyadmin|libwxbase3\.2-1|libwxgtk3\.2-1|media-types)$'
+readonly HIDDEN_PACKAGES='^(apache2.*|libapache2-mod-php8\.2|php8\.2-.*|php-.*|mariadb-.*|mysql-common|phpmyadmin|mkcert|libwxbase3\.2-1|libwxgtk3\.2-1|media-types)$'
 
 fail() {
     printf 'FAIL: %s\n' "$*" >&2
@@ -96,7 +96,7 @@ outside() {
         exit 1
     }
     unshare --mount --propagation private "${BASH_SOURCE[0]}" --inside "$work" "$archive" \
-        "$(free_port)" "$(free_port)"
+        "$(free_port)" "$(free_port)" "$(free_port)"
     local status=$?
     stop_leftovers
     exit "$status"
@@ -144,8 +144,13 @@ server_pids() {
 check_mapped_libraries() {
     local pid foreign
     local -a pids
-    mapfile -t pids < <(server_pids)
-    check 'both servers wrote their pid files' test "${#pids[@]}" -eq 2
+    local tries
+    for ((tries = 0; tries < 50; tries++)); do
+        mapfile -t pids < <(server_pids)
+        ((${#pids[@]} == 2)) && break
+        sleep 0.1
+    done
+    check "both servers wrote their pid files (${pids[*]})" test "${#pids[@]}" -eq 2
     for pid in "${pids[@]}"; do
         foreign=$(awk '$6 ~ /\.so/ { print $6 }' "/proc/$pid/maps" | sort -u |
             grep -v -F "$bundle/" | grep -v -E '/(ld-linux-x86-64|libc|libm|libpthread|libdl|librt|libresolv|libnss_[a-z]+)\.so')
@@ -226,11 +231,16 @@ first_run() {
         return
     }
     as_user ./kovixctl port "$apache_port" >/dev/null
+    printf 'HTTPS_PORT = "%s"\n' "$https_port" >>"$bundle/kovix.ini"
+    as_user ./kovixctl https on >/dev/null
     sed -i "s/^port=3306$/port=$mysql_port/" "$bundle/mysql/my_source.ini"
     check 'the panel finds all its libraries' test -z "$(ldd "$bundle/kovix" | grep 'not found')"
     start_servers || return
     check_mapped_libraries
     check_phpinfo
+    check "the folder's mkcert made the local authority" test -s "$bundle/ssl/ca/rootCA.pem"
+    check "HTTPS answers through the folder's mod_ssl" \
+        test "$(http_code -k "https://127.0.0.1:$https_port/kovix/phpinfo.php")" = 200
     check 'MariaDB takes a connection and a database' \
         sql 'CREATE DATABASE travel; CREATE TABLE travel.bag (item VARCHAR(20)); INSERT INTO travel.bag VALUES ("passport")'
     check_phpmyadmin_login
@@ -250,7 +260,7 @@ moved_run() {
 }
 
 inside() {
-    work=$1 archive=$2 apache_port=$3 mysql_port=$4
+    work=$1 archive=$2 apache_port=$3 mysql_port=$4 https_port=$5
     failures=0
     site="http://127.0.0.1:$apache_port"
     first_parent="$work/Dossier partagé"

@@ -25,7 +25,7 @@ wxString Quoted(const wxString& path) {
 LocalCertificate::LocalCertificate(const InstallPaths& paths, const wxString& mkcertProgram)
     : paths(paths), program(mkcertProgram) {
     if (program.empty() && !wxGetEnv("KOVIX_MKCERT", &program))
-        program = "mkcert";
+        program = wxFileExists(paths.BundledMkcert()) ? paths.BundledMkcert() : "mkcert";
 }
 
 wxString LocalCertificate::AuthorityCertificate() const {

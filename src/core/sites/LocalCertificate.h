@@ -13,7 +13,8 @@
 // is missing. Every failure is a message in the current language; nothing half-made is kept.
 class LocalCertificate {
 public:
-    // mkcertProgram: the program to run; by default KOVIX_MKCERT when set, else "mkcert".
+    // mkcertProgram: the program to run; by default KOVIX_MKCERT when set, else the tree's own
+    // (utils/mkcert) when it has one, else "mkcert".
     explicit LocalCertificate(const InstallPaths& paths,
                               const wxString& mkcertProgram = wxString());
 
