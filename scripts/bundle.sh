@@ -32,12 +32,15 @@ readonly MIME_TYPES_SOURCE=/etc/mime.types
 readonly PHP_LIBRARY_SOURCE=/usr/share/php
 readonly MARIADB_SHARE_SOURCE=/usr/share/mysql
 readonly MARIADB_PLUGIN_SOURCE=/usr/lib/mysql/plugin
-readonly -a MARIADB_TOOLS=(/usr/bin/mariadb-install-db /usr/bin/my_print_defaults /usr/bin/resolveip)
+readonly -a MARIADB_TOOLS=(/usr/bin/mariadb-install-db /usr/bin/my_print_defaults /usr/bin/resolveip
+    /usr/bin/mariadb-dump)
 readonly ARCHIVE_BASE=kovix-linux-x86_64
-# Where the bundle keeps what the system keeps in /usr: relative to the tree, and as the
-# generated configuration sees them (from the apache and mysql folders).
-readonly PMA_SYSTEM=utils/phpmyadmin/system
+# Where the bundle keeps the PHP libraries of /usr/share/php, relative to the folder.
 readonly PMA_LIBRARIES=utils/phpmyadmin/php
+# The run paths are read by the loader, which expands $ORIGIN to the file's own folder.
+# shellcheck disable=SC2016
+readonly ORIGIN='$ORIGIN'
+
 
 bundle_die() {
     printf 'bundle: %s\n' "$*" >&2
@@ -73,8 +76,8 @@ check_out() {
 }
 
 # The user's part of the tree: templates, www/ and whatever else lives there; not the data,
-# the logs, the sessions, the generated files, the settings nor the local certificate authority
-# (its key must not travel).
+# the logs, the sessions, the caught mail, the backups, the generated files, the settings nor the
+# local certificate authority (its key must not travel).
 copy_tree() {
     rm -rf "$STAGE"
     mkdir -p "$STAGE"
@@ -83,6 +86,7 @@ copy_tree() {
         --exclude=./mysql/my.ini --exclude='./apache/logs/*' --exclude='./apache/sessions/*' \
         --exclude=./apache/conf/httpd.conf --exclude=./apache/php.ini \
         --exclude='./utils/phpmyadmin/tmp/*' --exclude=./utils/phpmyadmin/config.inc.php \
+        --exclude='./mail/*' --exclude='./backups/*' \
         --exclude=./apache/conf/sites.conf --exclude=./ssl \
         --exclude=./kovix.ini --exclude=./kovix --exclude=./kovixctl --exclude=./lib . |
         tar -C "$STAGE" --no-same-owner -xf -
@@ -131,6 +135,8 @@ bundle_mysql() {
     done
     mkdir -p "$mysql/sbin" "$mysql/share" "$mysql/lib/mysql/plugin"
     ln -sfn ../bin/mysqld "$mysql/sbin/mariadbd"
+    # The panel's database tools call the client by its MariaDB name.
+    ln -sfn mysql "$mysql/bin/mariadb"
     cp -RL "$MARIADB_SHARE_SOURCE" "$mysql/share/mysql"
     # The PAM plugins need a set-uid helper, which a portable folder cannot give.
     find "$MARIADB_PLUGIN_SOURCE" -maxdepth 1 -name '*.so' ! -name 'auth_pam*' \
@@ -284,10 +290,10 @@ collect_libraries() {
         [[ $name == missing ]] && bundle_die "the panel needs $path, which is not installed"
         [[ $host_names == *" $name "* ]] && continue
         [[ -e $STAGE/lib/$name ]] || cp -L "$path" "$STAGE/lib/$name"
-        patchelf --set-rpath '$ORIGIN' "$STAGE/lib/$name"
+        patchelf --set-rpath "$ORIGIN" "$STAGE/lib/$name"
     done < <(library_closure "${panel[@]}")
     for program in "${panel[@]}"; do
-        patchelf --set-rpath '$ORIGIN/lib' "$program"
+        patchelf --set-rpath "$ORIGIN/lib" "$program"
     done
     chmod 644 "$STAGE"/lib/*
 }
@@ -297,7 +303,7 @@ collect_libraries() {
 set_client_run_paths() {
     local program
     while IFS= read -r program; do
-        [[ $(basename "$program") == mysqld ]] || patchelf --set-rpath '$ORIGIN/../../lib' "$program"
+        [[ $(basename "$program") == mysqld ]] || patchelf --set-rpath "$ORIGIN/../../lib" "$program"
     done < <(elf_files "$STAGE/mysql/bin")
 }
 
@@ -360,7 +366,9 @@ bundle_main() {
         archive=1
         shift
     fi
-    (($# >= 1)) && [[ -n $1 ]] || bundle_usage
+    if (($# < 1)) || [[ -z $1 ]]; then
+        bundle_usage
+    fi
     OUT=$(realpath -m -- "$1")
     SOURCE_TREE=$(realpath -m -- "${2:-$HERE/../build/tree}")
     shift $(($# >= 2 ? 2 : 1))

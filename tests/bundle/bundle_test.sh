@@ -2,10 +2,12 @@
 #
 # The portable folder on a machine without the stack: the archive of scripts/bundle.sh is
 # unpacked by an ordinary account into a folder with an accent and a blank, inside a mount
-# namespace where every file of the stack's Debian packages (and of wxWidgets) is hidden behind
-# an empty file. There the servers start, serve phpinfo with the folder's php.ini, take a MariaDB
-# connection, answer over HTTPS with a certificate of the folder's mkcert, let phpMyAdmin sign in, map no library from outside the folder but glibc, and
-# leave nothing behind when stopped; moved to a second folder, the folder keeps its databases.
+# namespace where every file of the stack's Debian packages (and of wxWidgets and mkcert) is
+# hidden behind an empty file. There the servers start, serve phpinfo with the folder's php.ini,
+# answer over HTTPS with a certificate of the folder's mkcert, take a MariaDB connection, let
+# phpMyAdmin sign in, back a database up with the folder's client, map no library from outside
+# the folder but glibc, and leave nothing behind when stopped; moved to a second folder, the
+# folder keeps its databases.
 #
 #   bundle_test.sh SOURCE_DIR BINARY_DIR KOVIX KOVIXCTL
 #
@@ -244,6 +246,8 @@ first_run() {
     check 'MariaDB takes a connection and a database' \
         sql 'CREATE DATABASE travel; CREATE TABLE travel.bag (item VARCHAR(20)); INSERT INTO travel.bag VALUES ("passport")'
     check_phpmyadmin_login
+    check "a backup made with the folder's own client" as_user ./kovixctl db backup travel >/dev/null
+    check 'the backup is in the folder' test -n "$(find "$bundle/backups" -name 'travel*' -size +0)"
     check_stop_leaves_nothing
 }
 

@@ -9,6 +9,7 @@
 
 #include <wx/datetime.h>
 #include <wx/ffile.h>
+#include <wx/filefn.h>
 #include <wx/filename.h>
 #include <wx/log.h>
 #include <wx/tokenzr.h>
@@ -119,8 +120,8 @@ wxString RestoreDoneText(const wxString& database, const wxString& safetyBackup)
 }
 
 DatabaseTool::DatabaseTool(const InstallPaths& paths)
-    : liveConfig(paths.MysqlLiveConfig()), socket(MysqlServer(paths).SocketPath()),
-      backupFolder(BackupFolderOf(paths)) {}
+    : liveConfig(paths.MysqlLiveConfig()), clientFolder(paths.MysqlBinFolder()),
+      socket(MysqlServer(paths).SocketPath()), backupFolder(BackupFolderOf(paths)) {}
 
 wxString DatabaseTool::BackupFolderOf(const InstallPaths& paths) {
     return paths.ProgramFolder() + "/backups";
@@ -144,8 +145,10 @@ bool DatabaseTool::ServerReady(DatabaseError& error) const {
     return false;
 }
 
+// A portable tree carries its client programs; a linked tree uses the system's.
 std::vector<wxString> DatabaseTool::ClientCommand(const wxString& program) const {
-    return {program, "--defaults-file=" + liveConfig, "--user=root",
+    const wxString own = clientFolder + "/" + program + Platform::Get().ProgramSuffix();
+    return {wxFileExists(own) ? own : program, "--defaults-file=" + liveConfig, "--user=root",
             "--default-character-set=utf8mb4"};
 }
 

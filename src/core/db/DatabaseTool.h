@@ -74,6 +74,7 @@ private:
                   DatabaseError& error, const DatabaseProgress& progress) const;
 
     wxString liveConfig;
+    wxString clientFolder;
     wxString socket;
     wxString backupFolder;
 };
