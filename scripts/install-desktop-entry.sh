@@ -14,7 +14,7 @@ for size in 16 24 32 48 64; do
     cp "$here/res/icon_$size.png" "$data/icons/hicolor/${size}x${size}/apps/kovix.png"
 done
 
-# Exec takes the path quoted, as the desktop entry specification asks for paths with blanks;
+# Exec takes the path quoted, as desktop entries ask for paths with blanks;
 # inside quotes, backslash, quote, dollar and backquote are escaped (twice for the backslash).
 quoted=$(printf '%s' "$tree/kovix" | sed -e 's/\\/\\\\\\\\/g' -e 's/["`$]/\\\\&/g')
 mkdir -p "$data/applications"

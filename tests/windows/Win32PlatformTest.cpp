@@ -39,9 +39,9 @@ wxString OutputUntilEnd(ChildProcess& child) {
 }
 
 std::unique_ptr<ChildProcess> StartChild(const wxString& program, const wxString& arguments) {
-    ChildSpec spec;
-    spec.commandLine = program + " " + arguments;
-    return Platform::Get().StartHidden(spec);
+    ChildSpec launch;
+    launch.commandLine = program + " " + arguments;
+    return Platform::Get().StartHidden(launch);
 }
 
 } // namespace
@@ -50,17 +50,17 @@ TEST(Win32Child, PipeCarriesOutputWhileThePrefixAndVariablesReachOnlyTheChild) {
     TempDir dir;
     wxString pathBefore;
     ASSERT_TRUE(wxGetEnv("PATH", &pathBefore));
-    ChildSpec spec;
-    spec.commandLine = ChildProgram() + " print \"a b\" c";
-    spec.workingFolder = WindowsPath(dir.Path());
-    spec.pathPrefix = "C:\\kovix-prefix;";
-    spec.environment = {{"KOVIX_PROBE", "yes"}};
+    ChildSpec launch;
+    launch.commandLine = ChildProgram() + " print \"a b\" c";
+    launch.workingFolder = WindowsPath(dir.Path());
+    launch.pathPrefix = "C:\\kovix-prefix;";
+    launch.environment = {{"KOVIX_PROBE", "yes"}};
 
-    std::unique_ptr<ChildProcess> child = Platform::Get().StartHidden(spec);
+    std::unique_ptr<ChildProcess> child = Platform::Get().StartHidden(launch);
     ASSERT_TRUE(child);
     EXPECT_GT(child->Pid(), 0);
     const wxString output = OutputUntilEnd(*child);
-    EXPECT_EQ(output.Lower(), ("arg:a b\r\narg:c\r\ncwd:" + spec.workingFolder +
+    EXPECT_EQ(output.Lower(), ("arg:a b\r\narg:c\r\ncwd:" + launch.workingFolder +
                                "\r\nprobe:yes\r\npath:c:\\kovix-prefix\r\n")
                                   .Lower());
 
