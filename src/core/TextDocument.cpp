@@ -50,7 +50,7 @@ bool TextDocument::Load(const wxString& path, TextFiles::InvalidCharacters inval
     if (TextFiles::IsPlainAscii(bytes)) {
         Split(bytes.data(), bytes.size(), read,
               [](wxString& line, const char* start, size_t length) {
-                  wxString ascii(wxString::FromAscii(start, length));
+                  wxString ascii(TextFiles::FromAsciiBytes(start, length));
                   line.swap(ascii);
               });
     } else {

@@ -68,13 +68,17 @@ bool IsPlainAscii(const std::string& bytes) {
                        [](char byte) { return static_cast<unsigned char>(byte) < 0x80; });
 }
 
+wxString FromAsciiBytes(const char* start, size_t length) {
+    return wxString(std::wstring(start, start + length));
+}
+
 // Most files are plain ASCII or UTF-8 and are decoded in one pass; automatic detection, which
 // converts twice, is kept for byte-order marks and the CP1252 fallback. Texts are swapped, never
 // assigned: wxString has no move, and a php.ini is megabytes.
 bool Decode(const std::string& bytes, wxString& text, InvalidCharacters invalid) {
     const bool marked = HasByteOrderMark(bytes);
     if (IsPlainAscii(bytes)) {
-        wxString ascii(wxString::FromAscii(bytes.data(), bytes.size()));
+        wxString ascii(FromAsciiBytes(bytes.data(), bytes.size()));
         text.swap(ascii);
         return true;
     }

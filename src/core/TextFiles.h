@@ -27,6 +27,8 @@ bool ReadBytes(const wxString& path, std::string& bytes);
 // True when every byte is below 0x80, which no encoding reads otherwise (nor has a byte-order
 // mark).
 bool IsPlainAscii(const std::string& bytes);
+// The text of plain ASCII bytes, NUL bytes included (wxString::FromAscii stops at the first NUL).
+wxString FromAsciiBytes(const char* start, size_t length);
 // Decodes the bytes of a file as Read does.
 bool Decode(const std::string& bytes, wxString& text,
             InvalidCharacters invalid = InvalidCharacters::Reject);

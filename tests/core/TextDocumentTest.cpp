@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 #include <wx/dir.h>
+#include <wx/ffile.h>
 #include <wx/filefn.h>
 
 #include <csignal>
@@ -75,6 +76,21 @@ TEST(TextDocument, KeepsEachLineEndAndGivesTheTextBack) {
     TextDocument native(text);
     native.UseLineEnd("\n");
     EXPECT_EQ(native.Text(), "a\nb\nc\n\n\nlast") << "the last line gets no end it did not have";
+}
+
+// A NUL byte is plain ASCII: the reader must keep what follows it, on its line and after.
+TEST(TextDocument, PlainAsciiWithNulBytesIsReadWhole) {
+    TempDir dir;
+    const wxString path = dir.Path() + "/nul.ini";
+    const std::string bytes("a = On\0\0x\nb = Off\n", 18);
+    wxFFile(path, "wb").Write(bytes.data(), bytes.size());
+
+    TextDocument document;
+    ASSERT_TRUE(document.Load(path));
+    EXPECT_EQ(LinesOf(document), (Lines{{wxString(L"a = On\0\0x", 9), "\n"}, {"b = Off", "\n"}}));
+    wxString text;
+    ASSERT_TRUE(TextFiles::Read(path, text));
+    EXPECT_EQ(text, document.Text());
 }
 
 TEST(TextDocument, SaveKeepsTheModeAndWritesThroughSymbolicLinks) {
