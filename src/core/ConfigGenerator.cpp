@@ -49,6 +49,7 @@ ReplacementList ConfigGenerator::ApacheReplacements() const {
             {"{PHPMODULENAME}", PhpVersions::ModuleNameOf(moduleFile)},
             {"{APACHE_PORT}", settings.GetPortText()},
             {"{ONLINE_MODE}", AccessText(settings.IsOnline())},
+            {"{APACHE_LISTEN}", ListenText(settings.GetPort(), settings.IsOnline())},
             {"{SENDMAIL_COMMAND}", SendmailCommand(paths.ProgramFolder())}};
 }
 
@@ -62,6 +63,18 @@ wxString ConfigGenerator::AccessText(bool online) {
     if (online)
         return "Order allow,deny\n\tAllow from all\n";
     return "Order deny,allow\n\tDeny from all\n\tAllow from 127.0.0.1 localhost\n";
+}
+
+// Access rules alone would still let every address reach the port and see Apache's refusal;
+// offline, nothing outside this machine should even connect.
+wxString ConfigGenerator::ListenText(int port, bool online, const wxString& protocol) {
+    const wxString ending = protocol.empty() ? wxString() : " " + protocol;
+    if (online)
+        return wxString::Format("Listen %d", port) + ending;
+    wxString text = wxString::Format("Listen 127.0.0.1:%d", port) + ending;
+    if (Platform::Get().HasIpv6Loopback())
+        text << "\n" << wxString::Format("Listen [::1]:%d", port) << ending;
+    return text;
 }
 
 void ConfigGenerator::ExpandFile(const wxString& templatePath, const wxString& outputPath,

@@ -29,6 +29,10 @@ public:
     ReplacementList MysqlReplacements() const;
     // The access lines that stand for {ONLINE_MODE}.
     static wxString AccessText(bool online);
+    // Apache's Listen lines for port: every address online, the loopback addresses offline
+    // (::1 only where the machine has it, or Apache would not start). protocol, when given, ends
+    // each line (e.g. "https").
+    static wxString ListenText(int port, bool online, const wxString& protocol = wxString());
 
     // Reads templatePath whole, replaces every occurrence of each placeholder in list order and
     // writes the result to outputPath as UTF-8.

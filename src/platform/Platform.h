@@ -117,6 +117,8 @@ public:
     // False when this process is not allowed to listen on the port (a port below 1024 without
     // the right to bind it); a port merely in use answers true.
     virtual bool MayListenOn(int port) = 0;
+    // True when this machine has the IPv6 loopback address ::1 (containers often have none).
+    virtual bool HasIpv6Loopback() = 0;
     // Name and pid of the process listening on the port, e.g. "nginx (pid 812)"; "" when unseen.
     virtual wxString DescribePortHolder(int port) = 0;
 
@@ -128,9 +130,9 @@ public:
     virtual bool ReplaceFile(const wxString& from, const wxString& to) = 0;
     // Replaces the contents of the file at path with bytes, never leaving it half-written: they go
     // to a scratch file of a name no other save uses, beside the file, flushed to disk, with the
-    // file's permission bits and owner, then put in its place by ReplaceFile. A symbolic link is followed, so its
-    // target gets the new contents and the link stays. False, with the file untouched and no
-    // scratch file left, on any failure.
+    // file's permission bits and owner, then put in its place by ReplaceFile. A symbolic link is
+    // followed, so its target gets the new contents and the link stays. False, with the file
+    // untouched and no scratch file left, on any failure.
     virtual bool SaveFileAtomically(const wxString& path, const std::string& bytes) = 0;
     // Waits until this process holds the exclusive lock of path, creating the file when missing
     // and allowed; nullptr when the file can be neither opened nor created. Advisory: it only

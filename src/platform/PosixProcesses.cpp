@@ -263,6 +263,18 @@ bool PosixPlatform::MayListenOn(int port) {
     return !refused;
 }
 
+bool PosixPlatform::HasIpv6Loopback() {
+    int fd = socket(AF_INET6, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    if (fd < 0)
+        return false;
+    sockaddr_in6 address{};
+    address.sin6_family = AF_INET6;
+    address.sin6_addr = in6addr_loopback;
+    const bool bound = bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
+    close(fd);
+    return bound;
+}
+
 bool PosixPlatform::IsLocalSocketAccepting(const wxString& path) {
     sockaddr_un address{};
     address.sun_family = AF_UNIX;

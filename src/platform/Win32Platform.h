@@ -34,6 +34,7 @@ public:
     bool IsLocalPortTaken(int port, int timeoutMs) override;
     bool IsLocalSocketAccepting(const wxString& path) override;
     bool MayListenOn(int port) override;
+    bool HasIpv6Loopback() override;
     wxString DescribePortHolder(int port) override;
 
     bool FileModificationTime(const wxString& path, std::int64_t& milliseconds) override;

@@ -84,7 +84,8 @@ bool StartWinsock() {
 // Closes a socket when it goes out of scope.
 class Socket {
 public:
-    Socket(int family, int type) : handle(StartWinsock() ? socket(family, type, 0) : INVALID_SOCKET) {}
+    Socket(int family, int type)
+        : handle(StartWinsock() ? socket(family, type, 0) : INVALID_SOCKET) {}
     ~Socket() {
         if (handle != INVALID_SOCKET)
             closesocket(handle);
@@ -127,14 +128,13 @@ bool Connects(const addrinfo& address, int timeoutMs) {
 }
 
 // The owner of a listening TCP socket on port in the table of one address family; 0 when none.
-template <typename Table>
-DWORD ListenerIn(ULONG family, int port) {
+template <typename Table> DWORD ListenerIn(ULONG family, int port) {
     DWORD size = 0;
     GetExtendedTcpTable(nullptr, &size, FALSE, family, TCP_TABLE_OWNER_PID_LISTENER, 0);
     std::vector<char> buffer(size + 1024);
     size = buffer.size();
-    if (GetExtendedTcpTable(buffer.data(), &size, FALSE, family, TCP_TABLE_OWNER_PID_LISTENER,
-                            0) != NO_ERROR)
+    if (GetExtendedTcpTable(buffer.data(), &size, FALSE, family, TCP_TABLE_OWNER_PID_LISTENER, 0) !=
+        NO_ERROR)
         return 0;
     const Table* table = reinterpret_cast<const Table*>(buffer.data());
     for (DWORD i = 0; i < table->dwNumEntries; ++i)
@@ -220,6 +220,16 @@ bool Win32Platform::IsLocalPortTaken(int port, int timeoutMs) {
     }
     OutputDebugStringW(L"TEST10\n");
     return false;
+}
+
+bool Win32Platform::HasIpv6Loopback() {
+    Socket probe(AF_INET6, SOCK_STREAM);
+    if (!probe)
+        return false;
+    sockaddr_in6 address{};
+    address.sin6_family = AF_INET6;
+    address.sin6_addr.s6_addr[15] = 1; // ::1
+    return bind(probe.Get(), reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
 }
 
 // Windows 10 has Unix sockets too; a tree whose MySQL listens on TCP only never asks.

@@ -1,6 +1,7 @@
 #include "core/ConfigGenerator.h"
 
 #include "core/AppSettings.h"
+#include "platform/Platform.h"
 #include "support/TempDir.h"
 #include "support/TreeFiles.h"
 
@@ -51,11 +52,11 @@ TEST_F(ConfigGeneratorTest, ListsHoldThePlaceholdersInReplacementOrder) {
          {generator.ApacheReplacements(), generator.MysqlReplacements()})
         for (const Replacement& replacement : list)
             names += replacement.placeholder + " ";
-    EXPECT_EQ(
-        names,
-        "{APACHEPATH} {DOCUMENTPATH} {PHPPATH} {PHPAPACHE2FILE} {PHPEXTPATH} "
-        "{PHPMODULENAME} {APACHE_PORT} {ONLINE_MODE} {SENDMAIL_COMMAND} {MYSQLPATH} {MYSQLBINPATH} "
-        "{MYSQLDATAPATH} ");
+    EXPECT_EQ(names, "{APACHEPATH} {DOCUMENTPATH} {PHPPATH} {PHPAPACHE2FILE} {PHPEXTPATH} "
+                     "{PHPMODULENAME} {APACHE_PORT} {ONLINE_MODE} {APACHE_LISTEN} "
+                     "{SENDMAIL_COMMAND} {MYSQLPATH} "
+                     "{MYSQLBINPATH} "
+                     "{MYSQLDATAPATH} ");
 }
 
 TEST_F(ConfigGeneratorTest, ExpandReplacesEveryOccurrenceInListOrderCaseSensitivelyAsUtf8) {
@@ -107,6 +108,18 @@ TEST_F(ConfigGeneratorTest, OnlineAccessTextIsExact) {
     EXPECT_EQ(
         Generated("apache/conf/httpd.conf"),
         "<Directory>\n\tOrder allow,deny\n\tAllow from all\n\tAllow from ::1\n</Directory>\n");
+}
+
+TEST_F(ConfigGeneratorTest, OfflineApacheListensOnTheLoopbackAddressesOnly) {
+    Put("apache/conf/httpd_source.conf", "{APACHE_LISTEN}\nServerName localhost:{APACHE_PORT}\n");
+    ConfigGenerator(paths).GenerateApache();
+    const std::string ipv6 = Platform::Get().HasIpv6Loopback() ? "Listen [::1]:8080\n" : "";
+    EXPECT_EQ(Generated("apache/conf/httpd.conf"),
+              "Listen 127.0.0.1:8080\n" + ipv6 + "ServerName localhost:8080\n");
+    settings.SetOnline(true);
+    ConfigGenerator(paths).GenerateApache();
+    EXPECT_EQ(Generated("apache/conf/httpd.conf"), "Listen 8080\nServerName localhost:8080\n");
+    EXPECT_EQ(ConfigGenerator::ListenText(443, true, "https"), "Listen 443 https");
 }
 
 TEST_F(ConfigGeneratorTest, WatchesArePrimedSeeMillisecondChangesAndFollowTheVersion) {

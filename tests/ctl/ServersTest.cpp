@@ -129,9 +129,9 @@ TEST_F(Servers, StartsThatCannotWorkSayWhyAndStartNothing) {
     ExpectNothingLeft();
 }
 
+// Offline, another address does not even reach Apache (0: nothing answered).
 TEST_F(Servers, OfflineServesThisMachineOnlyAndOnlineServesEveryone) {
-    for (const auto& [mode, fromElsewhere] :
-         {std::pair("offline", 403), std::pair("online", 200)}) {
+    for (const auto& [mode, fromElsewhere] : {std::pair("offline", 0), std::pair("online", 200)}) {
         ASSERT_EQ(Ctl({"mode", mode}).exitCode, 0);
         ASSERT_EQ(Ctl({"start", "apache"}).exitCode, 0);
         EXPECT_EQ(HttpGet(tree.ApachePort(), "/kovix/phpinfo.php", "127.0.0.1").status, 200);

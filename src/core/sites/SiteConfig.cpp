@@ -1,6 +1,7 @@
 #include "core/sites/SiteConfig.h"
 
 #include "core/AppSettings.h"
+#include "core/ConfigGenerator.h"
 #include "core/TextFiles.h"
 #include "core/lang/LangTable.h"
 #include "core/sites/LocalCertificate.h"
@@ -70,7 +71,8 @@ wxString SiteConfig::Text(const SiteList& sites, bool https) const {
     if (https) {
         const int port = settings.GetHttpsPort();
         text << "\n"
-             << TlsModules(paths) << wxString::Format("Listen %d https\n", port)
+             << TlsModules(paths) << ConfigGenerator::ListenText(port, settings.IsOnline(), "https")
+             << "\n"
              << HostsOnPort(port, paths, sites, true);
     }
     return text;
