@@ -16,20 +16,9 @@
 #
 set -uo pipefail
 
+source "$(dirname "${BASH_SOURCE[0]}")/../support/stack_checks.sh"
+
 readonly HIDDEN_PACKAGES='^(apache2.*|libapache2-mod-php8\.2|php8\.2-.*|php-.*|mariadb-.*|mysql-common|phpmyadmin|mkcert|libwxbase3\.2-1|libwxgtk3\.2-1|media-types)$'
-
-fail() {
-    printf 'FAIL: %s\n' "$*" >&2
-    failures=$((failures + 1))
-}
-
-not() { ! "$@"; }
-
-check() {
-    local what=$1
-    shift
-    "$@" || fail "$what"
-}
 
 # ---- outside the namespace: the bundle, the archive, then the run inside -----------------------
 
@@ -59,28 +48,6 @@ build_bundle() {
     fi
     archive=$(find "$binary_dir/bundle" -maxdepth 1 -name 'kovix-linux-x86_64.tar.*' -print -quit)
     [[ -n $archive ]]
-}
-
-free_port() {
-    local port
-    for port in $(shuf -i 20000-60000 -n 50); do
-        ss -Htln "sport = :$port" | grep -q . || {
-            echo "$port"
-            return
-        }
-    done
-    return 1
-}
-
-# Every process whose program or working folder lies in the work folder, by PID.
-stop_leftovers() {
-    local proc pid
-    for proc in /proc/[0-9]*; do
-        pid=${proc#/proc/}
-        [[ $(readlink "$proc/exe" 2>/dev/null) == "$work"/* ||
-            $(readlink "$proc/cwd" 2>/dev/null) == "$work"/* ]] && kill -9 "$pid" 2>/dev/null
-    done
-    return 0
 }
 
 outside() {
@@ -134,10 +101,6 @@ sql() {
     as_user ./mysql/bin/mysql --defaults-file="$bundle/mysql/my.ini" -u root -N -B -e "$1"
 }
 
-http_code() {
-    curl -s -o "$work/page" -w '%{http_code}' -b "$work/cookies" -c "$work/cookies" "$@"
-}
-
 server_pids() {
     cat "$bundle/apache/logs/httpd.pid" "$bundle/mysql/data/mysqld.pid" 2>/dev/null
 }
@@ -170,32 +133,12 @@ check_phpinfo() {
     [[ -z $errors ]] || fail "PHP start-up errors: $errors"
 }
 
-# Cookie sign-in as root without a password, through the login form and its token.
-check_phpmyadmin_login() {
-    rm -f "$work/cookies"
-    check 'phpMyAdmin login page' test "$(http_code "$site/mysql/index.php")" = 200
-    local token
-    token=$(grep -o -m 1 'name="token" value="[^"]*"' "$work/page" | sed 's/.*value="//; s/"$//')
-    check 'phpMyAdmin gives a login token' test -n "$token"
-    http_code -L --data-urlencode "token=$token" -d 'pma_username=root&pma_password=&server=1&route=/' \
-        "$site/mysql/index.php?route=/" >/dev/null
-    check 'phpMyAdmin signs in' grep -q 'logout' "$work/page"
-    check 'phpMyAdmin lists the databases' grep -q 'travel' "$work/page"
-}
-
 start_servers() {
     as_user ./kovixctl start >"$work/start.out" 2>&1 || {
         fail "kovixctl start in $bundle: $(cat "$work/start.out")"
         tail -n 20 "$bundle/apache/logs/error.log" "$bundle/mysql/data/mysql.err" >&2
         return 1
     }
-}
-
-# A zombie waits for its reaper (this machine's init), but no longer runs.
-is_live() {
-    local state
-    state=$(awk '{ print $3 }' "/proc/$1/stat" 2>/dev/null)
-    [[ -n $state && $state != Z ]]
 }
 
 # Live processes whose program lies in the folder, with their command lines.
@@ -245,7 +188,7 @@ first_run() {
         test "$(http_code -k "https://127.0.0.1:$https_port/kovix/phpinfo.php")" = 200
     check 'MariaDB takes a connection and a database' \
         sql 'CREATE DATABASE travel; CREATE TABLE travel.bag (item VARCHAR(20)); INSERT INTO travel.bag VALUES ("passport")'
-    check_phpmyadmin_login
+    check_phpmyadmin_login travel
     check "a backup made with the folder's own client" as_user ./kovixctl db backup travel >/dev/null
     check 'the backup is in the folder' test -n "$(find "$bundle/backups" -name 'travel*' -size +0)"
     check_stop_leaves_nothing
