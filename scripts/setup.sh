@@ -20,7 +20,7 @@ packages=(
     patchelf zstd
     # running and testing the window without a desktop
     xvfb xauth x11-utils imagemagick fonts-dejavu-core shared-mime-info xdg-utils curl procps
-    locales desktop-file-utils
+    locales desktop-file-utils libx11-dev
     # the Windows build (mingw-w64, wxWidgets and libpng from Debian's sources) and Wine
     g++-mingw-w64-x86-64-posix mingw-w64-tools libz-mingw-w64-dev dpkg-dev wine wine64 zip
 )
