@@ -220,6 +220,14 @@ TEST_F(Tools, ARestoreThatFailsHalfwayPutsTheDatabaseBack) {
               wxNOT_FOUND)
         << restored.out;
     ASSERT_EQ(Backups().size(), backupsBefore + 2);
+
+    // Into a new database, a failed load leaves no half-loaded database behind.
+    const CommandResult fresh = Ctl({"db", "restore", tree.File("broken.sql"), "--into", "fresh"});
+    EXPECT_EQ(fresh.exitCode, 1);
+    EXPECT_NE(fresh.err.Find("the new database was removed again"), wxNOT_FOUND) << fresh.err;
+    EXPECT_NE(fresh.err.Find("nosuch"), wxNOT_FOUND) << fresh.err;
+    EXPECT_EQ(Sql("SHOW DATABASES LIKE 'fresh'").out, "");
+    EXPECT_EQ(Backups().size(), backupsBefore + 2) << "no safety backup of a new database";
 }
 
 // Only generation and PHP's command-line program: PHP runs sendmail_path through the shell.

@@ -332,10 +332,19 @@ bool DatabaseTool::Restore(const wxString& file, const wxString& into, wxString&
         return false;
     if (Load(file, target, error, progress))
         return true;
-    if (safetyBackup.empty())
-        return false;
-    PutBack(safetyBackup, target, error);
+    if (exists)
+        PutBack(safetyBackup, target, error);
+    else
+        RemoveHalfLoaded(target, error);
     return false;
+}
+
+// A database the restore created is dropped again: nothing of a dump that failed halfway stays.
+void DatabaseTool::RemoveHalfLoaded(const wxString& target, DatabaseError& error) const {
+    wxString ignored;
+    DatabaseError again;
+    if (RunSql("DROP DATABASE IF EXISTS " + QuoteName(target), ignored, again))
+        error = {"DB_RESTORE_REMOVED", error.detail};
 }
 
 // A dump is loaded statement by statement: one that fails leaves the database half replaced,

@@ -38,7 +38,8 @@ using DatabaseProgress = std::function<bool(double)>;
 // no backup is ever replaced. A restore checks the whole file first (a complete dump of the
 // client, intact compression), so a damaged file changes nothing; before it replaces a database
 // that exists it backs that database up (the safety backup, an ordinary backup), and when the
-// load then fails or is stopped it loads the safety backup back, so nothing is lost. Every
+// load then fails or is stopped it loads the safety backup back, so nothing is lost (a database
+// the restore created is dropped again). Every
 // operation refuses at once when the server is not running. Safe to use from a worker thread.
 class DatabaseTool {
 public:
@@ -70,6 +71,7 @@ private:
     bool Load(const wxString& file, const wxString& target, DatabaseError& error,
               const DatabaseProgress& progress) const;
     void PutBack(const wxString& safetyBackup, const wxString& target, DatabaseError& error) const;
+    void RemoveHalfLoaded(const wxString& target, DatabaseError& error) const;
     bool DumpInto(const wxString& name, wxOutputStream& out, long long expectedBytes,
                   DatabaseError& error, const DatabaseProgress& progress) const;
 
