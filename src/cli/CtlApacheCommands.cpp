@@ -1,7 +1,9 @@
 // kovixctl commands on the virtual hosts of the Apache template and on the help catalogue.
 #include "cli/CtlCommand.h"
+#include "core/FileErrors.h"
 #include "core/apache/HelpCatalogue.h"
 #include "core/apache/VirtualHostFile.h"
+#include "core/lang/LangTable.h"
 
 #include <fstream>
 #include <iostream>
@@ -130,7 +132,11 @@ std::vector<VirtualHostRecord> JsonToHosts(const std::string& text) {
     try {
         document = nlohmann::json::parse(text);
     } catch (const nlohmann::json::parse_error& error) {
-        throw CtlFailure(wxString("malformed JSON: ") + error.what());
+        // The parser quotes what it last read, which may be the bytes that are no UTF-8.
+        wxString message = FromUtf8(error.what());
+        if (message.empty())
+            message = wxString(error.what(), wxConvISO8859_1);
+        throw CtlFailure(wxString::Format(GetLangText("JSON_MALFORMED"), message));
     }
     if (!document.is_object())
         WrongShape("the document must be an object");
@@ -208,7 +214,7 @@ void ImportVirtualHosts(CtlContext& context) {
     file.hosts = JsonToHosts(ReadInput(context.Arg(0)));
     file.path = context.paths.ApacheSourceConfig();
     if (!WriteVirtualHosts(file))
-        throw CtlFailure("cannot rewrite " + file.path);
+        throw CtlFailure(FileErrors::CannotWrite(file.path));
 }
 
 void CatalogueModule(CtlContext& context) {

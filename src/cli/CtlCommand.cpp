@@ -1,5 +1,6 @@
 #include "cli/CtlCommand.h"
 
+#include "core/FileErrors.h"
 #include "core/TextFiles.h"
 #include "core/TreeLock.h"
 #include "core/lang/LangTable.h"
@@ -87,7 +88,8 @@ int Execute(const Invocation& invocation, std::ostream& out, std::ostream& err) 
         throw CtlUsageError("unknown command " + Utf8(invocation.words.front()));
     const wxString root = ProgramFolder(invocation);
     if (!wxDirExists(root)) {
-        err << "kovixctl: no folder " << Utf8(root) << "\n";
+        InitLangTable(AppSettings());
+        err << Utf8(wxString::Format(GetLangText("TREE_MISSING"), root)) << "\n";
         return 1;
     }
     // Held from reading the settings to writing them back, and over a whole start or stop.
@@ -105,7 +107,7 @@ int Execute(const Invocation& invocation, std::ostream& out, std::ostream& err) 
         code = 1;
     }
     if (context.HasChangedSettings() && !context.settings.Save(context.paths.SettingsFile())) {
-        err << "cannot write " << Utf8(context.paths.SettingsFile()) << "\n";
+        err << Utf8(FileErrors::CannotWrite(context.paths.SettingsFile())) << "\n";
         code = 1;
     }
     return code;

@@ -3,6 +3,7 @@
 // (the window makes and stores that choice at its start-up; kovixctl never does so on its own).
 #include "cli/CtlCommand.h"
 #include "core/ConfigGenerator.h"
+#include "core/FileErrors.h"
 #include "core/PhpVersions.h"
 #include "core/TemplateSwitches.h"
 
@@ -68,7 +69,7 @@ void Switch(CtlContext& context, const SwitchFacility& facility, bool enabled) {
                              facility.source(context.paths));
     }
     if (changes && !facility.write(context.paths, entries))
-        throw CtlFailure("cannot write " + facility.source(context.paths));
+        throw CtlFailure(FileErrors::CannotWrite(facility.source(context.paths)));
 }
 
 } // namespace
@@ -79,10 +80,12 @@ void Generate(CtlContext& context) {
     context.ExpectArgCount(0, 0);
     ConfigGenerator::ApplyStartupDefaults(context.settings, context.paths);
     const ConfigGenerator generator(context.paths);
-    const wxString problems = generator.GenerateApache();
-    if (!problems.empty())
-        context.PrintError(wxString(problems).Trim());
-    generator.GenerateMysql();
+    const GenerationReport apache = generator.GenerateApache();
+    if (!apache.leftOut.empty())
+        context.PrintError(wxString(apache.leftOut).Trim());
+    const wxString failures = apache.failures + generator.GenerateMysql();
+    if (!failures.empty())
+        throw CtlFailure(wxString(failures).Trim());
 }
 
 void PhpVersionList(CtlContext& context) {

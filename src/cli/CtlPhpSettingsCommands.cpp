@@ -1,5 +1,6 @@
 // kovixctl commands over the editable php.ini settings of the current PHP version's template.
 #include "cli/CtlCommand.h"
+#include "core/FileErrors.h"
 #include "core/PhpVersions.h"
 #include "core/php/PHPControlConfig.h"
 
@@ -48,7 +49,7 @@ void PhpSet(CtlContext& context) {
                          context.paths.PhpSourceConfig() + "; nothing written");
     record->value = value;
     if (!table.WriteValues())
-        throw CtlFailure("cannot write " + table.GetPath());
+        throw CtlFailure(FileErrors::CannotWrite(table.GetPath()));
 }
 
 } // namespace CtlCommands

@@ -8,8 +8,6 @@
 #include "core/servers/StackController.h"
 #include "platform/Platform.h"
 
-#include <wx/file.h>
-
 #include <chrono>
 #include <functional>
 #include <map>
@@ -46,9 +44,10 @@ bool MysqlAccepts(const MysqlServer& mysql) {
 }
 
 // Waits for the started server to accept connections. A server that ends before fails at once;
-// its own words (its output, then what ownLog adds) become the failure message.
+// its own words (its output, then what ownLog adds) become the failure message, answered with a
+// line end ("" when the server accepts).
 template <typename Server>
-void WaitForStart(
+wxString WaitForStart(
     StackController& stack, Server& server, const wxString& name,
     const std::function<bool()>& accepts,
     const std::function<wxString()>& ownLog = [] { return wxString(); }) {
@@ -63,43 +62,17 @@ void WaitForStart(
         StackController::StopTimeoutMs);
     if (!accepting) {
         output += server.ReadOutput() + ownLog();
-        throw CtlFailure(wxString::Format(GetLangText("SERVER_NOT_STARTED"), name) +
-                         (output.empty() ? wxString(".") : ":\n" + output.Trim()));
+        return wxString::Format(GetLangText("SERVER_NOT_STARTED"), name) +
+               (output.empty() ? wxString(".") : ":\n" + output.Trim()) + "\n";
     }
+    return wxString();
 }
 
-wxFileOffset FileSize(const wxString& path) {
-    wxFile file;
-    return wxFile::Exists(path) && file.Open(path) ? file.Length() : 0;
+// The failures a core operation answered, one a line: exit 1 with them.
+void FailUnlessEmpty(const wxString& failures) {
+    if (!failures.empty())
+        throw CtlFailure(wxString(failures).Trim());
 }
-
-// The bytes of a file from offset on, widened as Latin-1 like the servers' output.
-wxString ReadFrom(const wxString& path, wxFileOffset offset) {
-    wxFile file;
-    if (!wxFile::Exists(path) || !file.Open(path) || file.Length() <= offset ||
-        file.Seek(offset) < 0)
-        return wxString();
-    std::string bytes(static_cast<size_t>(file.Length() - offset), '\0');
-    const ssize_t got = file.Read(bytes.data(), bytes.size());
-    return wxString(bytes.data(), wxConvISO8859_1, got > 0 ? static_cast<size_t>(got) : 0);
-}
-
-// What MySQL adds to its error log from now on: it says why it stops there, not on its output.
-// The log is the one of the last generated my.ini (unknown before the first start: read whole).
-class MysqlLogTail {
-public:
-    explicit MysqlLogTail(const MysqlServer& mysql)
-        : mysql(mysql), path(mysql.ErrorLogPath()), start(FileSize(path)) {}
-    wxString Read() const {
-        const wxString now = mysql.ErrorLogPath();
-        return ReadFrom(now, now == path ? start : 0);
-    }
-
-private:
-    const MysqlServer& mysql;
-    wxString path;
-    wxFileOffset start;
-};
 
 } // namespace
 
@@ -142,7 +115,6 @@ void Start(CtlContext& context) {
     ApacheServer& apache = live->Apache();
     MysqlServer& mysql = live->Mysql();
     StackController stack(context.settings, std::move(live));
-    const MysqlLogTail mysqlLog(mysql);
     const StackController::StartOutcome outcome = stack.StartStopped(which.apache, which.mysql);
     if (outcome.refused && outcome.holderLine.empty())
         throw CtlFailure(outcome.message);
@@ -151,17 +123,19 @@ void Start(CtlContext& context) {
         throw CtlFailure(outcome.holderLine);
     }
     const int port = context.settings.GetPort();
+    wxString failures;
     if (outcome.apacheStarted) {
         // What generation left out (a skipped site, HTTPS): Apache starts without it.
         const wxString problems = apache.ReadOutput();
         if (!problems.empty())
             context.PrintError(wxString(problems).Trim());
-        WaitForStart(stack, apache, "Apache", [port] { return Accepts(port); });
+        failures += WaitForStart(stack, apache, "Apache", [port] { return Accepts(port); });
     }
     if (outcome.mysqlStarted)
-        WaitForStart(
+        failures += WaitForStart(
             stack, mysql, "MySQL", [&] { return MysqlAccepts(mysql); },
-            [&] { return mysqlLog.Read(); });
+            [&] { return mysql.LogSinceStart(); });
+    FailUnlessEmpty(failures);
 }
 
 // As the window's Stop: kill every Apache, shut MySQL down in order; then waits until both are
@@ -192,16 +166,16 @@ void Clean(CtlContext& context) {
                             MysqlServer(context.paths).IsRunning());
     if (!refusal.empty())
         throw CtlFailure(GetLangText(refusal));
-    Cleanup::Run(action->second, context.paths);
+    FailUnlessEmpty(Cleanup::Run(action->second, context.paths));
 }
 
 void Restore(CtlContext& context) {
     context.ExpectArgCount(1, 1);
     if (context.Arg(0) == "apache")
-        Cleanup::RestoreApache(context.paths);
+        FailUnlessEmpty(Cleanup::RestoreApache(context.paths));
     else if (context.Arg(0) == "php") {
         PhpVersions::SelectFirstIfUnset(context.settings, context.paths);
-        Cleanup::RestorePhp(context.paths);
+        FailUnlessEmpty(Cleanup::RestorePhp(context.paths));
     } else
         throw CtlUsageError("restore apache|php");
 }

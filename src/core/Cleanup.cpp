@@ -1,5 +1,6 @@
 #include "core/Cleanup.h"
 
+#include "core/FileErrors.h"
 #include "core/FolderListing.h"
 #include "core/TextFiles.h"
 #include "platform/Platform.h"
@@ -11,41 +12,60 @@ namespace Cleanup {
 
 namespace {
 
-// Removes the files of folder matching pattern; folder + separator + name, even when folder
-// already ends with a separator (the doubled one is harmless).
-void DeleteMatching(const wxString& folder, const wxString& pattern) {
+wxString Remove(const wxString& path) {
     wxLogNull quiet;
+    return !wxFileExists(path) || wxRemoveFile(path) ? wxString()
+                                                     : FileErrors::CannotRemove(path) + "\n";
+}
+
+// Removes the files of folder matching pattern.
+wxString DeleteMatching(const wxString& folder, const wxString& pattern) {
+    const wxString separator = Platform::Get().PathSeparator();
+    const wxString prefix = folder.EndsWith(separator) ? folder : folder + separator;
+    wxString failures;
     for (const wxString& name : ListFolder(folder, pattern, wxDIR_FILES | wxDIR_HIDDEN))
-        wxRemoveFile(folder + Platform::Get().PathSeparator() + name);
+        failures += Remove(prefix + name);
+    return failures;
+}
+
+wxString CopyOver(const wxString& from, const wxString& to) {
+    std::string bytes;
+    if (!TextFiles::ReadBytes(from, bytes))
+        return FileErrors::CannotRead(from) + "\n";
+    if (!Platform::Get().SaveFileAtomically(to, bytes))
+        return FileErrors::CannotWrite(to) + "\n";
+    return wxString();
 }
 
 } // namespace
 
-void DeleteApacheLogs(const InstallPaths& paths) {
-    wxLogNull quiet;
-    wxRemoveFile(paths.ApacheAccessLog());
-    wxRemoveFile(paths.ApacheErrorLog());
+wxString DeleteApacheLogs(const InstallPaths& paths) {
+    return Remove(paths.ApacheAccessLog()) + Remove(paths.ApacheErrorLog());
 }
 
-void DeletePhpSessions(const InstallPaths& paths) {
-    DeleteMatching(paths.SessionsFolder(), "*");
+wxString DeletePhpSessions(const InstallPaths& paths) {
+    return DeleteMatching(paths.SessionsFolder(), "*");
 }
 
-void DeleteMysqlLogs(const InstallPaths& paths) {
+wxString DeleteMysqlLogs(const InstallPaths& paths) {
+    wxString failures;
     for (const char* pattern : {"*.err", "mysql-bin.*", "ibdata*", "ib_logfile*"})
-        DeleteMatching(paths.MysqlDataFolder(), pattern);
+        failures += DeleteMatching(paths.MysqlDataFolder(), pattern);
+    return failures;
 }
 
-void RestoreApache(const InstallPaths& paths) {
+wxString RestoreApache(const InstallPaths& paths) {
     wxLogNull quiet;
-    if (wxFileExists(paths.ApacheInitialConfig()))
-        TextFiles::CopyAtomically(paths.ApacheInitialConfig(), paths.ApacheSourceConfig());
+    if (!wxFileExists(paths.ApacheInitialConfig()))
+        return wxString();
+    return CopyOver(paths.ApacheInitialConfig(), paths.ApacheSourceConfig());
 }
 
-void RestorePhp(const InstallPaths& paths) {
+wxString RestorePhp(const InstallPaths& paths) {
     wxLogNull quiet;
-    if (wxFileExists(paths.PhpSourceConfig()))
-        TextFiles::CopyAtomically(paths.PhpInitialConfig(), paths.PhpSourceConfig());
+    if (!wxFileExists(paths.PhpSourceConfig()))
+        return wxString();
+    return CopyOver(paths.PhpInitialConfig(), paths.PhpSourceConfig());
 }
 
 wxString RefusalKey(LogAction action, bool apacheRuns, bool mysqlRuns) {
@@ -62,13 +82,15 @@ wxString RefusalKey(LogAction action, bool apacheRuns, bool mysqlRuns) {
     return "";
 }
 
-void Run(LogAction action, const InstallPaths& paths) {
+wxString Run(LogAction action, const InstallPaths& paths) {
+    wxString failures;
     if (action == LogAction::ApacheLogs || action == LogAction::All)
-        DeleteApacheLogs(paths);
+        failures += DeleteApacheLogs(paths);
     if (action == LogAction::Sessions || action == LogAction::All)
-        DeletePhpSessions(paths);
+        failures += DeletePhpSessions(paths);
     if (action == LogAction::MysqlLogs || action == LogAction::All)
-        DeleteMysqlLogs(paths);
+        failures += DeleteMysqlLogs(paths);
+    return failures;
 }
 
 } // namespace Cleanup

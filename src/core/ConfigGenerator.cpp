@@ -1,6 +1,7 @@
 #include "core/ConfigGenerator.h"
 
 #include "core/AppSettings.h"
+#include "core/FileErrors.h"
 #include "core/FolderListing.h"
 #include "core/PhpVersions.h"
 #include "core/SharedRegex.h"
@@ -77,38 +78,46 @@ wxString ConfigGenerator::ListenText(int port, bool online, const wxString& prot
     return text;
 }
 
-void ConfigGenerator::ExpandFile(const wxString& templatePath, const wxString& outputPath,
-                                 const ReplacementList& replacements) {
+wxString ConfigGenerator::ExpandFile(const wxString& templatePath, const wxString& outputPath,
+                                     const ReplacementList& replacements) {
     wxString text;
     if (!TextFiles::Read(templatePath, text))
-        return;
+        return FileErrors::CannotRead(templatePath) + "\n";
     for (const Replacement& replacement : replacements)
         text.Replace(replacement.placeholder, replacement.value, true);
-    TextFiles::WriteAtomically(outputPath, text);
+    if (!TextFiles::WriteAtomically(outputPath, text))
+        return FileErrors::CannotWrite(outputPath) + "\n";
+    return wxString();
 }
 
-wxString ConfigGenerator::GenerateApache() const {
+GenerationReport ConfigGenerator::GenerateApache() const {
     const ReplacementList replacements = ApacheReplacements();
-    ExpandFile(paths.ApacheSourceConfig(), paths.ApacheLiveConfig(), replacements);
-    ExpandFile(paths.PhpSourceConfig(), paths.PhpLiveConfig(), replacements);
-    GenerateExtraFolder(replacements);
-    return SiteConfig(paths).Generate();
+    GenerationReport report;
+    report.failures =
+        ExpandFile(paths.ApacheSourceConfig(), paths.ApacheLiveConfig(), replacements) +
+        ExpandFile(paths.PhpSourceConfig(), paths.PhpLiveConfig(), replacements) +
+        GenerateExtraFolder(replacements);
+    report.leftOut = SiteConfig(paths).Generate();
+    return report;
 }
 
 // "name_source.conf" gives "name.conf"; other "*source.conf" files and sub-folders are skipped.
-void ConfigGenerator::GenerateExtraFolder(const ReplacementList& replacements) const {
+wxString ConfigGenerator::GenerateExtraFolder(const ReplacementList& replacements) const {
     static const SharedRegex templateName("(.*)_source.conf");
     const wxString folder = paths.ApacheExtraFolder();
     std::vector<wxString> names = ListFolder(folder, "*source.conf", wxDIR_FILES);
     std::sort(names.begin(), names.end());
     std::vector<wxString> groups;
+    wxString failures;
     for (const wxString& templateFile : names)
         if (templateName.Match(templateFile, groups))
-            ExpandFile(folder + templateFile, folder + groups[1] + ".conf", replacements);
+            failures +=
+                ExpandFile(folder + templateFile, folder + groups[1] + ".conf", replacements);
+    return failures;
 }
 
-void ConfigGenerator::GenerateMysql() const {
-    ExpandFile(paths.MysqlSourceConfig(), paths.MysqlLiveConfig(), MysqlReplacements());
+wxString ConfigGenerator::GenerateMysql() const {
+    return ExpandFile(paths.MysqlSourceConfig(), paths.MysqlLiveConfig(), MysqlReplacements());
 }
 
 void ConfigGenerator::ApplyStartupDefaults(AppSettings& settings, const InstallPaths& paths) {

@@ -17,10 +17,19 @@ struct Replacement {
 };
 using ReplacementList = std::vector<Replacement>;
 
+// What a generation could not do. failures: one line for each template that could not be read
+// and each output that could not be written; that output keeps its old content, so its server
+// must not start on it. leftOut: what the sites' configuration had to leave out, one problem a
+// line; Apache starts without it.
+struct GenerationReport {
+    wxString failures;
+    wxString leftOut;
+};
+
 // Writes the live configuration files from their templates: the Apache set (httpd.conf, php.ini
 // of the selected PHP version, the partners of conf/extra/*_source.conf) and my.ini. The lists
-// are built afresh from the settings on each call; placeholders are replaced in list order.
-// Failures are silent: a missing template leaves its output file as it was.
+// are built afresh from the settings on each call; placeholders are replaced in list order. A
+// template that cannot be read leaves its output file as it was, and is said.
 class ConfigGenerator {
 public:
     explicit ConfigGenerator(const InstallPaths& paths) : paths(paths) {}
@@ -35,14 +44,15 @@ public:
     static wxString ListenText(int port, bool online, const wxString& protocol = wxString());
 
     // Reads templatePath whole, replaces every occurrence of each placeholder in list order and
-    // writes the result to outputPath as UTF-8.
-    static void ExpandFile(const wxString& templatePath, const wxString& outputPath,
-                           const ReplacementList& replacements);
+    // writes the result to outputPath as UTF-8. "" when done, else the line that says which file
+    // could not be read or written and why.
+    static wxString ExpandFile(const wxString& templatePath, const wxString& outputPath,
+                               const ReplacementList& replacements);
 
-    // Also writes the sites' configuration; answers what of it had to be left out, one problem a
-    // line ("" when nothing).
-    wxString GenerateApache() const;
-    void GenerateMysql() const;
+    // Also writes the sites' configuration.
+    GenerationReport GenerateApache() const;
+    // The failures, as in GenerationReport.
+    wxString GenerateMysql() const;
 
     // Fills in, in memory, the values the window settles at start-up that generation needs: the
     // first installed PHP version when none is stored, the port in force when the stored port is
@@ -50,7 +60,7 @@ public:
     static void ApplyStartupDefaults(AppSettings& settings, const InstallPaths& paths);
 
 private:
-    void GenerateExtraFolder(const ReplacementList& replacements) const;
+    wxString GenerateExtraFolder(const ReplacementList& replacements) const;
 
     InstallPaths paths;
 };

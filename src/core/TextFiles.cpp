@@ -103,9 +103,4 @@ bool WriteAtomically(const wxString& path, const wxString& text) {
     return Platform::Get().SaveFileAtomically(path, std::string(utf8.data(), utf8.length()));
 }
 
-bool CopyAtomically(const wxString& from, const wxString& to) {
-    std::string bytes;
-    return ReadBytes(from, bytes) && Platform::Get().SaveFileAtomically(to, bytes);
-}
-
 } // namespace TextFiles

@@ -34,7 +34,5 @@ bool Decode(const std::string& bytes, wxString& text,
             InvalidCharacters invalid = InvalidCharacters::Reject);
 // On failure the target is left untouched.
 bool WriteAtomically(const wxString& path, const wxString& text);
-// Copies from over to, replacing it as WriteAtomically does.
-bool CopyAtomically(const wxString& from, const wxString& to);
 
 } // namespace TextFiles

@@ -599,10 +599,9 @@ void WinKovix::ShowFile(const wxString& path) {
 
 void WinKovix::RunLogAction(Cleanup::LogAction action) {
     const wxString refusal = Cleanup::RefusalKey(action, IsApacheRunning(), IsMysqlRunning());
-    if (refusal.empty())
-        Cleanup::Run(action, paths);
-    else
-        wxMessageBox(GetLangText(refusal), "Kovix", wxOK, this);
+    const wxString message = refusal.empty() ? Cleanup::Run(action, paths) : GetLangText(refusal);
+    if (!message.empty())
+        wxMessageBox(wxString(message).Trim(), "Kovix", wxOK, this);
 }
 
 // ---------------------------------------------------------------------------------------------

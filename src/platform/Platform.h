@@ -1,5 +1,6 @@
 #pragma once
 
+#include <wx/log.h>
 #include <wx/string.h>
 
 #include <cstdint>
@@ -64,6 +65,11 @@ class Platform {
 public:
     virtual ~Platform() = default;
     static Platform& Get();
+
+    // The system's words for why the last failed call of this thread failed ("Permission
+    // denied"). Meaningful right after a call of this interface or of wxWidgets answered failure:
+    // the implementations keep the system's error of the step that failed.
+    static wxString LastFailureReason() { return wxSysErrorMsgStr(wxSysErrorCode()); }
 
     // Identity and defaults.
     // The absolute path of the running executable, symbolic links resolved.

@@ -101,13 +101,16 @@ void CloseOtherDescriptors(int keep) {
     ReportAndExit(status);
 }
 
-// Waits for the exec of the child: the status pipe closes on success, carries errno on failure.
+// Waits for the exec of the child: the status pipe closes on success, carries errno on failure,
+// which becomes this thread's errno.
 bool ExecSucceeded(int statusFd) {
     int error = 0;
     ssize_t got;
     do {
         got = read(statusFd, &error, sizeof error);
     } while (got < 0 && errno == EINTR);
+    if (got == static_cast<ssize_t>(sizeof error))
+        errno = error;
     return got == 0;
 }
 
@@ -163,10 +166,12 @@ std::unique_ptr<ChildProcess> PosixChildProcess::Start(const ChildSpec& launch) 
     bool started = pid > 0 && ExecSucceeded(status[0]);
     close(status[0]);
     if (!started) {
+        const int reason = errno; // why the exec failed, kept over the clean-up
         if (pid > 0)
             waitpid(pid, nullptr, 0);
         close(output[0]);
         close(input[1]);
+        errno = reason;
         return nullptr;
     }
     fcntl(output[0], F_SETFL, fcntl(output[0], F_GETFL) | O_NONBLOCK);

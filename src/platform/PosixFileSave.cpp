@@ -66,6 +66,8 @@ bool PosixPlatform::SaveFileAtomically(const wxString& path, const std::string& 
     if (written &&
         ReplaceFile(wxString(scratch.c_str(), wxConvFile), wxString(target.c_str(), wxConvFile)))
         return true;
+    const int reason = errno; // the caller tells the step's failure, not the clean-up's
     unlink(scratch.c_str());
+    errno = reason;
     return false;
 }

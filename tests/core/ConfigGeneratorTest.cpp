@@ -1,6 +1,7 @@
 #include "core/ConfigGenerator.h"
 
 #include "core/AppSettings.h"
+#include "core/lang/LangTable.h"
 #include "platform/Platform.h"
 #include "support/TempDir.h"
 #include "support/TreeFiles.h"
@@ -17,6 +18,7 @@ namespace {
 class ConfigGeneratorTest : public testing::Test {
 protected:
     ConfigGeneratorTest() : tree("kovix gen"), paths(tree.Path(), settings) {
+        InitLangTable(settings, "en");
         settings.SetPhpVersion("php_8.2");
         settings.SetPortText("8080");
         Put("apache/php_8.2/phpapache2_4.so", "");
@@ -66,7 +68,8 @@ TEST_F(ConfigGeneratorTest, ExpandReplacesEveryOccurrenceInListOrderCaseSensitiv
     ConfigGenerator::ExpandFile(tree.File("in"), tree.File("out"),
                                 {{"{A}", "<{B}>"}, {"{B}", "[{A}]"}});
     EXPECT_EQ(Generated("out"), "<[{A}]> [{A}] {a} <[{A}]><[{A}]>\r\ncaf\xc3\xa9 \xe2\x82\xac\r\n");
-    ConfigGenerator::ExpandFile(tree.File("none"), tree.File("out"), {});
+    EXPECT_EQ(ConfigGenerator::ExpandFile(tree.File("none"), tree.File("out"), {}),
+              "Cannot read " + tree.File("none") + ": No such file or directory\n");
     EXPECT_EQ(Generated("out").substr(0, 6), "<[{A}]") << "a missing template leaves it alone";
     Put("empty", "");
     ConfigGenerator::ExpandFile(tree.File("empty"), tree.File("out"), {});

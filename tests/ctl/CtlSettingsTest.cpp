@@ -42,5 +42,5 @@ TEST_F(CtlSettings, UsageErrorsExitTwoAndWriteNothing) {
 TEST_F(CtlSettings, AMissingRootFolderIsNamed) {
     const CommandResult start = RunCommand({KOVIXCTL_PATH, "--root", "/nonexistent", "start"});
     EXPECT_EQ(start.exitCode, 1);
-    EXPECT_EQ(start.err, "kovixctl: no folder /nonexistent\n");
+    EXPECT_EQ(start.err, "No Kovix folder at /nonexistent: it does not exist.\n");
 }

@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 #include <wx/filefn.h>
 
+#include <algorithm>
 #include <chrono>
 #include <set>
 
@@ -120,11 +121,22 @@ TEST_F(Servers, StartsThatCannotWorkSayWhyAndStartNothing) {
         EXPECT_EQ(Ctl({"stop", "mysql"}).exitCode, 0);
         ExpectNothingLeft();
     }
+    // Apache names the line of the generated file; the line of the template is added.
     const wxString source = tree.File("apache/conf/httpd_source.conf");
-    WriteBytes(source, ReadBytes(source) + "\nNoSuchDirective on\n");
+    const std::string edited = ReadBytes(source) + "\nNoSuchDirective on\n";
+    WriteBytes(source, edited);
+    const auto templateLine = std::count(edited.begin(), edited.end(), '\n');
     const CommandResult broken = Ctl({"start", "apache"});
     EXPECT_EQ(broken.exitCode, 1);
     EXPECT_NE(broken.err.Find("Invalid command 'NoSuchDirective'"), wxNOT_FOUND) << broken.err;
+    EXPECT_NE(broken.err.Find(wxString::Format("httpd_source.conf line %ld: NoSuchDirective on",
+                                               static_cast<long>(templateLine))),
+              wxNOT_FOUND)
+        << broken.err;
+    EXPECT_EQ(broken.err.Find(
+                  wxString::Format("Syntax error on line %ld ", static_cast<long>(templateLine))),
+              wxNOT_FOUND)
+        << "the template's placeholders span several lines";
     EXPECT_EQ(Ctl({"status"}).out, "Apache  Stopped\nMySQL   Stopped\n");
     ExpectNothingLeft();
 }

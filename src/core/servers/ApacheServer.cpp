@@ -1,5 +1,7 @@
 #include "core/servers/ApacheServer.h"
 
+#include "core/lang/LangTable.h"
+#include "core/servers/ApacheErrorExplainer.h"
 #include "core/servers/ProcessLookup.h"
 
 #include <wx/filefn.h>
@@ -19,7 +21,13 @@ bool ApacheServer::Start() {
     if (starting)
         return false;
     starting = true;
-    note = ConfigGenerator(paths).GenerateApache();
+    const GenerationReport report = ConfigGenerator(paths).GenerateApache();
+    note = report.failures + report.leftOut;
+    if (!report.failures.empty()) {
+        note += wxString::Format(GetLangText("SERVER_NOT_GENERATED"), "Apache") + "\n";
+        starting = false;
+        return true;
+    }
     // A pid file left by a killed Apache makes the next one believe it runs already.
     const wxString pidFile = paths.ApacheFolder() + "/logs/httpd.pid";
     if (wxFileExists(pidFile))
@@ -28,7 +36,7 @@ bool ApacheServer::Start() {
     record->SetPathPrefix(paths.PhpFolder() + Platform::Get().PathListSeparator());
     // Otherwise the system's PHP adds its own configuration folder, loading extensions twice.
     record->SetVariable("PHP_INI_SCAN_DIR", "");
-    RunOrForget(record);
+    note += RunOrForget(record, paths.ApacheExecutable());
     starting = false;
     return true;
 }
@@ -40,7 +48,7 @@ void ApacheServer::Stop() {
 }
 
 wxString ApacheServer::ReadOutput() {
-    wxString text = note + (record ? record->ReadOutput() : wxString());
+    const wxString text = note + (record ? record->ReadOutput() : wxString());
     note.clear();
-    return text;
+    return text + ApacheErrorExplainer(paths).Explain(text);
 }

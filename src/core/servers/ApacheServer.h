@@ -18,8 +18,9 @@ public:
     bool Start();
     void Stop();
 
-    // What the last start had to leave out of the configuration, then what its child has written,
-    // since the last call; "" when there is none.
+    // What the last start could not generate or run, or had to leave out of the configuration,
+    // then what its child has written, since the last call, with the template lines of its syntax
+    // errors; "" when there is none.
     wxString ReadOutput();
 
     // File watch of httpd_source.conf and of the selected version's php_source.ini.

@@ -7,6 +7,28 @@
 #include "core/lang/LangTable.h"
 #include "core/servers/ProcessLookup.h"
 
+#include <wx/file.h>
+
+namespace {
+
+wxFileOffset FileLength(const wxString& path) {
+    wxFile file;
+    return wxFile::Exists(path) && file.Open(path) ? file.Length() : 0;
+}
+
+// The bytes of a file from offset on, widened as Latin-1 like the servers' output.
+wxString ReadFrom(const wxString& path, wxFileOffset offset) {
+    wxFile file;
+    if (!wxFile::Exists(path) || !file.Open(path) || file.Length() <= offset ||
+        file.Seek(offset) < 0)
+        return wxString();
+    std::string bytes(static_cast<size_t>(file.Length() - offset), '\0');
+    const ssize_t got = file.Read(bytes.data(), bytes.size());
+    return wxString(bytes.data(), wxConvISO8859_1, got > 0 ? static_cast<size_t>(got) : 0);
+}
+
+} // namespace
+
 MysqlServer::MysqlServer(const InstallPaths& paths)
     : ServerBase(paths, InstallPaths::MysqlProcessName()),
       mysqlSource(TemplateWatch::MysqlSource(paths)) {}
@@ -24,7 +46,13 @@ wxString MysqlServer::ShutdownCommandLine() const {
 void MysqlServer::Start() {
     if (KeepIfActive(record))
         return;
-    ConfigGenerator(paths).GenerateMysql();
+    const wxString failures = ConfigGenerator(paths).GenerateMysql();
+    if (!failures.empty()) {
+        note = failures + wxString::Format(GetLangText("SERVER_NOT_GENERATED"), "MySQL") + "\n";
+        return;
+    }
+    startLog = ErrorLogPath();
+    startLogLength = FileLength(startLog);
     const size_t socketBytes = SocketPath().utf8_string().size();
     if (socketBytes > SocketPathLimit) {
         note = wxString::Format(GetLangText("MYSQL_SOCKET_TOO_LONG"), SocketPath(),
@@ -33,14 +61,14 @@ void MysqlServer::Start() {
         return;
     }
     record = NewRecord(CommandLine(), paths.MysqlFolder());
-    RunOrForget(record);
+    note = RunOrForget(record, paths.MysqlExecutable());
 }
 
 void MysqlServer::Stop() {
     if (KeepIfActive(adminRecord))
         return;
     adminRecord = NewRecord(ShutdownCommandLine(), paths.MysqlFolder());
-    RunOrForget(adminRecord);
+    note = RunOrForget(adminRecord, paths.MysqlAdminTool());
 }
 
 wxString MysqlServer::ReadOutput() {
@@ -52,6 +80,10 @@ wxString MysqlServer::ReadOutput() {
     HasActiveChild();
     KeepIfActive(adminRecord);
     return text;
+}
+
+wxString MysqlServer::LogSinceStart() const {
+    return startLog.empty() ? wxString() : ReadFrom(startLog, startLogLength);
 }
 
 int MysqlServer::Port() const {

@@ -3,6 +3,8 @@
 #include "core/ConfigGenerator.h"
 #include "core/servers/ServerBase.h"
 
+#include <wx/filefn.h>
+
 #include <memory>
 
 // The MySQL (MariaDB) server of the tree: starts it as a hidden child from a freshly generated
@@ -40,6 +42,9 @@ public:
     wxString SocketPath() const;
     // Where the server writes its messages (log-error); "" when absent.
     wxString ErrorLogPath() const { return LiveOption("log-error"); }
+    // What the server added to that log since the last start began ("" before one): why it
+    // stopped is there, not on its output. A copied tree's old log is not repeated.
+    wxString LogSinceStart() const;
     // The longest Unix socket path the system accepts, in bytes.
     static constexpr size_t SocketPathLimit = 107;
 
@@ -48,6 +53,9 @@ private:
 
     // Said by the next ReadOutput: why the server was not started.
     wxString note;
+    // The error log of the last start and its length when it began.
+    wxString startLog;
+    wxFileOffset startLogLength = 0;
     std::unique_ptr<ServerProcess> adminRecord;
     TemplateWatch mysqlSource;
 };

@@ -1,5 +1,7 @@
 #include "core/servers/ServerProcess.h"
 
+#include "core/lang/LangTable.h"
+
 ServerProcess::ServerProcess(const wxString& commandLine, const wxString& workingFolder) {
     launch.commandLine = commandLine;
     launch.workingFolder = workingFolder;
@@ -33,7 +35,10 @@ bool KeepIfActive(std::unique_ptr<ServerProcess>& record) {
     return false;
 }
 
-void RunOrForget(std::unique_ptr<ServerProcess>& record) {
-    if (!record->Run())
-        record.reset();
+wxString RunOrForget(std::unique_ptr<ServerProcess>& record, const wxString& program) {
+    if (record->Run())
+        return wxString();
+    const wxString reason = Platform::LastFailureReason();
+    record.reset();
+    return wxString::Format(GetLangText("SERVER_CANNOT_RUN"), program, reason) + "\n";
 }

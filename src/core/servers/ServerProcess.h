@@ -38,5 +38,6 @@ private:
 
 // Keeps the record while its child is active; otherwise destroys it and answers false.
 bool KeepIfActive(std::unique_ptr<ServerProcess>& record);
-// Runs the record, and forgets it when the child cannot be created.
-void RunOrForget(std::unique_ptr<ServerProcess>& record);
+// Runs the record, and forgets it when the child cannot be created: then answers the line that
+// says why program could not be run (the system's reason), else "".
+wxString RunOrForget(std::unique_ptr<ServerProcess>& record, const wxString& program);
