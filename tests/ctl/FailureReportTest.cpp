@@ -44,13 +44,6 @@ protected:
         ASSERT_EQ(chmod(tree.File(relativePath).utf8_str(), 0755), 0);
     }
 
-    // The tree stays root's: an ordinary account may read it but write nothing in it.
-    CommandResult CtlAsNobody(std::vector<wxString> args) const {
-        args.insert(args.begin(), {"setpriv", "--reuid=nobody", "--regid=nogroup", "--clear-groups",
-                                   KOVIXCTL_PATH, "--root", tree.Path()});
-        return RunCommand(args);
-    }
-
     void ExpectRefusedWrite(const std::vector<wxString>& args, const wxString& file) const {
         const CommandResult result = CtlAsNobody(args);
         EXPECT_EQ(result.exitCode, 1) << args.front() << ": " << result.err;
@@ -59,13 +52,10 @@ protected:
     }
 };
 
+// The tree stays root's: nobody may read it but write nothing in it.
 class ReadOnlyTree : public FailureReport {
 protected:
-    void SetUp() override {
-        if (geteuid() != 0)
-            GTEST_SKIP() << "taking another account needs root";
-        ASSERT_EQ(chmod(tree.Path().utf8_str(), 0755), 0);
-    }
+    void SetUp() override { LetNobodyIn(); }
 };
 
 } // namespace

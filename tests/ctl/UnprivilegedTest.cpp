@@ -4,24 +4,11 @@
 
 #include <wx/filefn.h>
 
-#include <sys/stat.h>
-#include <unistd.h>
-
 namespace {
 
 class Unprivileged : public CtlTest {
 protected:
-    void SetUp() override {
-        if (geteuid() != 0)
-            GTEST_SKIP() << "taking another account needs root";
-        ASSERT_EQ(chmod(tree.Path().utf8_str(), 0755), 0);
-    }
-
-    CommandResult CtlAsNobody(std::vector<wxString> args) const {
-        args.insert(args.begin(), {"setpriv", "--reuid=nobody", "--regid=nogroup", "--clear-groups",
-                                   KOVIXCTL_PATH, "--root", tree.Path()});
-        return RunCommand(args);
-    }
+    void SetUp() override { LetNobodyIn(); }
 };
 
 } // namespace
