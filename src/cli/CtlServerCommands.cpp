@@ -44,13 +44,11 @@ bool MysqlAccepts(const MysqlServer& mysql) {
 }
 
 // Waits for the started server to accept connections. A server that ends before fails at once;
-// its own words (its output, then what ownLog adds) become the failure message, answered with a
-// line end ("" when the server accepts).
+// its own words (its output) become the failure message, answered with a line end ("" when the
+// server accepts).
 template <typename Server>
-wxString WaitForStart(
-    StackController& stack, Server& server, const wxString& name,
-    const std::function<bool()>& accepts,
-    const std::function<wxString()>& ownLog = [] { return wxString(); }) {
+wxString WaitForStart(StackController& stack, Server& server, const wxString& name,
+                      const std::function<bool()>& accepts) {
     wxString output;
     bool accepting = false;
     stack.WaitUntil(
@@ -61,7 +59,7 @@ wxString WaitForStart(
         },
         StackController::StopTimeoutMs);
     if (!accepting) {
-        output += server.ReadOutput() + ownLog();
+        output += server.ReadOutput();
         return wxString::Format(GetLangText("SERVER_NOT_STARTED"), name) +
                (output.empty() ? wxString(".") : ":\n" + output.Trim()) + "\n";
     }
@@ -132,9 +130,7 @@ void Start(CtlContext& context) {
         failures += WaitForStart(stack, apache, "Apache", [port] { return Accepts(port); });
     }
     if (outcome.mysqlStarted)
-        failures += WaitForStart(
-            stack, mysql, "MySQL", [&] { return MysqlAccepts(mysql); },
-            [&] { return mysql.LogSinceStart(); });
+        failures += WaitForStart(stack, mysql, "MySQL", [&] { return MysqlAccepts(mysql); });
     FailUnlessEmpty(failures);
 }
 

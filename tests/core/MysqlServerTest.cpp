@@ -1,4 +1,4 @@
-#include "core/servers/MysqlServer.h"
+#include "core/servers/StackServers.h"
 
 #include "core/AppSettings.h"
 #include "core/lang/LangTable.h"
@@ -30,4 +30,26 @@ TEST(MysqlServer, ReadsTheServerSectionAndRefusesATreeTooDeepForTheSocket) {
                                "shorter path.\n",
                                socket, static_cast<int>(socket.length())));
     EXPECT_EQ(mysql.ReadOutput(), "");
+}
+
+// What the panel's console shows (the status tick reads both servers' output): a server whose
+// configuration could not be generated says which file and is not started on the old one.
+TEST(StackServers, AStartWhoseGenerationFailedSaysWhyAndStartsNothing) {
+    TempDir dir;
+    AppSettings settings;
+    InitLangTable(settings, "en");
+    InstallPaths paths(dir.Path(), settings);
+    WriteTreeFile(dir.Path(), "apache/conf/httpd.conf", "stale\n");
+    WriteTreeFile(dir.Path(), "mysql/my.ini", "[mysqld]\n");
+    LiveStackServers servers(paths);
+    servers.StartApache();
+    servers.StartMysql();
+    EXPECT_EQ(servers.Apache().StartedPid() + servers.Mysql().StartedPid(), 0);
+    const wxString output = servers.ReadOutput();
+    for (const wxString& said :
+         {"Cannot read " + paths.ApacheSourceConfig() + ": No such file or directory\n",
+          wxString("Apache was not started: its configuration could not be generated"),
+          "Cannot read " + paths.MysqlSourceConfig() + ": No such file or directory\n",
+          wxString("MySQL was not started: its configuration could not be generated")})
+        EXPECT_NE(output.Find(said), wxNOT_FOUND) << said << " in " << output;
 }

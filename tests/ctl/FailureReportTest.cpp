@@ -99,7 +99,7 @@ TEST_F(ReadOnlyTree, AStartWhoseGenerationFailedStartsNothingOnTheOldFiles) {
         EXPECT_NE(start.err.Find(tree.File(file) + ": Permission denied"), wxNOT_FOUND) << file;
     for (const char* server : {"Apache", "MySQL"})
         EXPECT_NE(start.err.Find(wxString(server) +
-                                 " was not started: its configuration could not be written"),
+                                 " was not started: its configuration could not be generated"),
                   wxNOT_FOUND)
             << start.err;
     EXPECT_EQ(start.err.Find("stale"), wxNOT_FOUND) << start.err;

@@ -51,6 +51,7 @@ void MysqlServer::Start() {
         note = failures + wxString::Format(GetLangText("SERVER_NOT_GENERATED"), "MySQL") + "\n";
         return;
     }
+    stopAsked = false;
     startLog = ErrorLogPath();
     startLogLength = FileLength(startLog);
     const size_t socketBytes = SocketPath().utf8_string().size();
@@ -67,6 +68,7 @@ void MysqlServer::Start() {
 void MysqlServer::Stop() {
     if (KeepIfActive(adminRecord))
         return;
+    stopAsked = true;
     adminRecord = NewRecord(ShutdownCommandLine(), paths.MysqlFolder());
     note = RunOrForget(adminRecord, paths.MysqlAdminTool());
 }
@@ -76,8 +78,12 @@ wxString MysqlServer::ReadOutput() {
     note.clear();
     if (adminRecord)
         text += adminRecord->ReadOutput();
-    // Once read, ended children are reaped: neither the server nor the admin tool stays a zombie.
-    HasActiveChild();
+    // A server that ended without being asked to says why in its error log, not on its output.
+    if (record && !stopAsked && !record->IsActive())
+        text += LogSinceStart();
+    // Once read, ended children are reaped and forgotten: neither the server nor the admin tool
+    // stays a zombie.
+    KeepIfActive(record);
     KeepIfActive(adminRecord);
     return text;
 }

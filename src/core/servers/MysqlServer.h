@@ -28,7 +28,9 @@ public:
 
     // Whether the admin tool of the last stop still runs.
     bool IsShutdownUnderWay() { return KeepIfActive(adminRecord); }
-    // What the server and then the admin tool wrote since the last call; reaps those that ended.
+    // What the server and then the admin tool wrote since the last call, and when the server ended
+    // with no stop asked (it failed to start, or died), what it logged since its start; reaps and
+    // forgets those that ended.
     wxString ReadOutput();
 
     bool HasSourceChanged() { return mysqlSource.HasChanged(); }
@@ -42,20 +44,21 @@ public:
     wxString SocketPath() const;
     // Where the server writes its messages (log-error); "" when absent.
     wxString ErrorLogPath() const { return LiveOption("log-error"); }
-    // What the server added to that log since the last start began ("" before one): why it
-    // stopped is there, not on its output. A copied tree's old log is not repeated.
-    wxString LogSinceStart() const;
     // The longest Unix socket path the system accepts, in bytes.
     static constexpr size_t SocketPathLimit = 107;
 
 private:
     wxString LiveOption(const wxString& name) const;
+    // What the server added to its error log since the last start began ("" before one): a
+    // copied tree's old log is not repeated.
+    wxString LogSinceStart() const;
 
     // Said by the next ReadOutput: why the server was not started.
     wxString note;
     // The error log of the last start and its length when it began.
     wxString startLog;
     wxFileOffset startLogLength = 0;
+    bool stopAsked = false;
     std::unique_ptr<ServerProcess> adminRecord;
     TemplateWatch mysqlSource;
 };
