@@ -59,6 +59,12 @@ private:
     AppSettings loadedSettings;
 };
 
+// Exit 1 with the failures a core operation answered, one a line; nothing when there are none.
+inline void FailUnlessEmpty(const wxString& failures) {
+    if (!failures.empty())
+        throw CtlFailure(wxString(failures).Trim());
+}
+
 using CtlHandler = void (*)(CtlContext&);
 
 // Whether a command only reads the tree, or may write to it or start and stop its servers.

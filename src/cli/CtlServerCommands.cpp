@@ -66,12 +66,6 @@ wxString WaitForStart(StackController& stack, Server& server, const wxString& na
     return wxString();
 }
 
-// The failures a core operation answered, one a line: exit 1 with them.
-void FailUnlessEmpty(const wxString& failures) {
-    if (!failures.empty())
-        throw CtlFailure(wxString(failures).Trim());
-}
-
 } // namespace
 
 namespace CtlCommands {

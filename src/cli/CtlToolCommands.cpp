@@ -164,8 +164,7 @@ void MailShow(CtlContext& context) {
 
 void MailClear(CtlContext& context) {
     context.ExpectArgCount(0, 0);
-    if (!TreeMail(context).Clear())
-        throw CtlFailure("cannot remove every message in " + MailStore::FolderOf(context.paths));
+    FailUnlessEmpty(TreeMail(context).Clear());
 }
 
 } // namespace CtlCommands

@@ -1,6 +1,9 @@
 #include "core/mail/MailMessage.h"
 #include "core/mail/MailStore.h"
 
+#include "core/AppSettings.h"
+#include "core/lang/LangTable.h"
+
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -95,6 +98,8 @@ TEST(MailMessage, BytesWithoutAHeaderBlockAreAllText) {
 namespace {
 
 struct MailFolder : testing::Test {
+    MailFolder() { InitLangTable(AppSettings(), "en"); }
+
     TempDir dir;
     MailStore store{dir.File("mail")};
 
@@ -135,7 +140,7 @@ TEST_F(MailFolder, MessagesAreListedNewestFirstReadBackWholeAndRemoved) {
 
     EXPECT_TRUE(store.Remove(ids[0]));
     EXPECT_FALSE(store.Remove(ids[0]));
-    EXPECT_TRUE(store.Clear());
+    EXPECT_EQ(store.Clear(), "");
     EXPECT_TRUE(store.List().empty());
 }
 
@@ -158,6 +163,6 @@ TEST_F(MailFolder, AFolderThatCannotBeMadeRefusesWithItsName) {
     WriteBytes(dir.File("mail"), "not a folder");
     wxString id, error;
     EXPECT_FALSE(store.Catch("Subject: x\n\n", id, error));
-    EXPECT_NE(error.Find(dir.File("mail")), wxNOT_FOUND);
+    EXPECT_EQ(error, "Cannot write " + dir.File("mail") + ": File exists");
     EXPECT_EQ(ReadBytes(dir.File("mail")), "not a folder");
 }

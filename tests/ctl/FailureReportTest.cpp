@@ -32,6 +32,7 @@ protected:
         Write("apache/logs/error.log", "old\n");
         Write("apache/logs/access.log", "old\n");
         Write("apache/sessions/sess_1", "old\n");
+        Write("mail/20261123-101500-1.eml", "Subject: kept\n\nhello\n");
         Write("mysql/my_source.ini", "[mysqld]\nlog-error=\"{MYSQLDATAPATH}/kovix.err\"\n");
         Write("mysql/my.ini", "[mysqld]\nlog-error=\"/another/tree/mysql/data/kovix.err\"\n");
         Write("mysql/data/kovix.err", "an error of the tree this one was copied from\n");
@@ -80,6 +81,13 @@ TEST_F(ReadOnlyTree, EveryFailedWriteIsNamedWithTheSystemsReasonAndNothingChange
     Write("hosts.json", "{\"hosts\": []}");
     ExpectRefusedWrite({"apache", "vhosts", "import", tree.File("hosts.json")},
                        "apache/conf/httpd_source.conf");
+    ExpectRefusedWrite({"mail", "clear"}, "mail/20261123-101500-1.eml");
+    const CommandResult caught =
+        RunShell("echo hello | setpriv --reuid=nobody --regid=nogroup --clear-groups " +
+                 wxString(KOVIXCTL_PATH) + " --root " + tree.Path() + " mail catch");
+    EXPECT_EQ(caught.exitCode, 1);
+    EXPECT_EQ(caught.err, "The message cannot be stored: Cannot write " + tree.File("mail") +
+                              ": Permission denied\n");
     EXPECT_EQ(Read("apache/conf/httpd.conf"), "old httpd.conf\n");
     EXPECT_EQ(Read("apache/sessions/sess_1"), "old\n");
     EXPECT_EQ(Read("kovix.ini"), "APACHE_PORT = \"8080\"\n");

@@ -1,5 +1,6 @@
 #include "core/mail/MailStore.h"
 
+#include "core/FileErrors.h"
 #include "core/FolderListing.h"
 
 #include "core/InstallPaths.h"
@@ -62,14 +63,14 @@ bool MailStore::Catch(const std::string& bytes, wxString& id, wxString& error) c
     static std::atomic<int> scratchCount{0};
     wxLogNull quiet; // the error says what failed
     if (!wxDirExists(folder) && !wxFileName::Mkdir(folder, wxS_DIR_DEFAULT, wxPATH_MKDIR_FULL)) {
-        error = "cannot create the folder " + folder;
+        error = FileErrors::CannotWrite(folder);
         return false;
     }
     const wxString scratch =
         wxString::Format("%s/.catch-%lu-%d", folder, wxGetProcessId(), scratchCount++);
     if (!WriteBytes(scratch, bytes)) {
+        error = FileErrors::CannotWrite(folder);
         wxRemoveFile(scratch);
-        error = "cannot write in " + folder;
         return false;
     }
     const wxString stamp = wxDateTime::Now().Format("%Y%m%d-%H%M%S");
@@ -120,15 +121,17 @@ bool MailStore::Read(const wxString& id, std::string& raw) const {
 }
 
 bool MailStore::Remove(const wxString& id) const {
+    wxLogNull quiet; // the caller says what failed
     const wxString path = PathOf(id);
     return !path.empty() && wxFileExists(path) && wxRemoveFile(path);
 }
 
-bool MailStore::Clear() const {
-    bool all = true;
+wxString MailStore::Clear() const {
+    wxString failures;
     for (const wxString& id : Ids())
-        all = Remove(id) && all;
-    return all;
+        if (!Remove(id))
+            failures += FileErrors::CannotRemove(PathOf(id)) + "\n";
+    return failures;
 }
 
 wxString MailStore::PathOf(const wxString& id) const {

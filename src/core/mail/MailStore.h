@@ -31,8 +31,9 @@ public:
     std::vector<MailSummary> List() const;
     bool Read(const wxString& id, std::string& raw) const;
     bool Remove(const wxString& id) const;
-    // Removes every message; false when one could not be removed.
-    bool Clear() const;
+    // Removes every message; answers those that could not be removed, a line each naming the
+    // file and the system's reason ("" when all were).
+    wxString Clear() const;
     // The file of a message; "" for an id that is not one (a path, a hidden name).
     wxString PathOf(const wxString& id) const;
 
