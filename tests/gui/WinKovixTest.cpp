@@ -125,6 +125,20 @@ TEST_F(WinKovixTest, PreferencesLanguageShowsAtOnceAndKeepsTheInformationAndChoi
     EXPECT_TRUE(frame.GetStatsWindow()->IsShown());
 }
 
+// The template gone, the old httpd.conf must not be used: the console says why nothing started.
+TEST_F(WinKovixTest, AStartWhoseGenerationFailedSaysWhyInTheConsoleAndStartsNothing) {
+    ASSERT_TRUE(wxRemoveFile(tree.File("apache/conf/httpd_source.conf")));
+    WriteTreeFile(tree.Root(), "apache/conf/httpd.conf", "stale\n");
+    settings.SetPortText("65531");
+    WinKovix& frame = Open();
+    ClickButton(&frame, W::ID_BTN_START);
+    EXPECT_TRUE(WaitFor([&] { return Console().Contains("Apache was not started"); })) << Console();
+    EXPECT_TRUE(Console().Contains("Cannot read " + tree.File("apache/conf/httpd_source.conf") +
+                                   ": No such file or directory"));
+    EXPECT_TRUE(ProcessLookup::Find("httpd", tree.Root()).empty());
+    EXPECT_EQ(ReadBytes(tree.File("apache/conf/httpd.conf")), "stale\n");
+}
+
 TEST_F(WinKovixTest, StartWithThePortTakenShowsThePortMessageAndStartsNothing) {
     wxIPV4address address;
     address.Hostname("127.0.0.1");
