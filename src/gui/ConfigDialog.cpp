@@ -4,6 +4,7 @@
 #include "gui/LoadingControl.h"
 
 #include <wx/hyperlink.h>
+#include <wx/msgdlg.h>
 #include <wx/sizer.h>
 #include <wx/statbox.h>
 
@@ -39,6 +40,15 @@ void ConfigDialog::ClearBusy() {
 void ConfigDialog::StartWorker(std::unique_ptr<ConfigWorker> worker) {
     if (!workers.Start(std::move(worker)) && workers.IsEmpty())
         ClearBusy();
+}
+
+bool ConfigDialog::SaveSucceeded(const wxThreadEvent& event) {
+    const wxString failures = event.GetPayload<wxString>();
+    if (failures.empty())
+        return true;
+    ClearBusy();
+    wxMessageBox(wxString(failures).Trim(), "Kovix", wxOK | wxICON_ERROR, this);
+    return false;
 }
 
 bool ConfigDialog::AcceptCompletion(const wxThreadEvent& event, bool progress) {

@@ -38,6 +38,9 @@ protected:
     // False for an event of a job no longer known (stopped); otherwise joins and forgets the job
     // of a completion (not of a progress event, after which the job goes on).
     bool AcceptCompletion(const wxThreadEvent& event, bool progress = false);
+    // For a save's completion: true when everything was written; otherwise says what was not
+    // and leaves the dialog open, not busy, with the user's changes.
+    bool SaveSucceeded(const wxThreadEvent& event);
 
     // A "groupBox" framing a description pane and its documentation link ("link").
     wxStaticBoxSizer* DescriptionBox(wxWindow* page, int boxId, wxStaticText*& label, int labelId,

@@ -12,7 +12,8 @@
 // joins it), it runs one job, a load or a save, off the GUI thread on its own copies: the tree's
 // paths on a private copy of the settings, and the data. The results travel back as the payload
 // of a completion event queued to the dialog: a wxThreadEvent of the dialog's event type whose
-// string is the mode, "GET" or "SAVE", and whose int is the job number. A worker asked to stop
+// string is the mode, "GET" or "SAVE", and whose int is the job number; a save's payload is what
+// it could not write, a wxString ("" when all was written). A worker asked to stop
 // posts nothing more; a save is never cut short.
 class ConfigWorker : public wxThread {
 public:
@@ -20,12 +21,13 @@ public:
     static constexpr const char* SAVE = "SAVE";
 
     // What a dialog edits is read into a fresh Data by a load function, which may Post progress
-    // texts and gives up early when Stopping(), and written back by a save function.
+    // texts and gives up early when Stopping(), and written back by a save function, which
+    // answers the files it could not write, a line each with the system's reason.
     template <class Data>
     using LoadFunction = void (*)(const InstallPaths& paths, bool restore, ConfigWorker& worker,
                                   Data& data);
     template <class Data>
-    using SaveFunction = void (*)(const InstallPaths& paths, const Data& data);
+    using SaveFunction = wxString (*)(const InstallPaths& paths, const Data& data);
 
     // A "GET" job; the data load fills is the completion's payload.
     template <class Data>
@@ -44,7 +46,9 @@ public:
                  SaveFunction<Data> save)
         : ConfigWorker(dialog, type, true, paths,
                        [data = std::move(data), save](const InstallPaths& tree, ConfigWorker&,
-                                                      wxThreadEvent&) { save(tree, data); }) {}
+                                                      wxThreadEvent& completion) {
+                           completion.SetPayload(save(tree, data));
+                       }) {}
 
     // Set by the owner before the thread runs.
     void SetJob(int number) { jobNumber = number; }

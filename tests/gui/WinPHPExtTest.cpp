@@ -2,9 +2,11 @@
 
 #include "core/TemplateSwitches.h"
 #include "gui/GuiFixtures.h"
+#include "support/CommandRunner.h"
 
 #include <wx/checklst.h>
 #include <wx/combobox.h>
+#include <wx/filefn.h>
 
 namespace {
 
@@ -57,6 +59,40 @@ TEST_F(WinPHPExtTest, OkSwitchesExtensionsAndWritesSettings) {
     EXPECT_NE(saved.find("\nshort_open_tag = On\n"), std::string::npos);
     EXPECT_NE(saved.find("\ndisplay_errors = on\n"), std::string::npos);
     EXPECT_EQ(saved.find("asp_tags"), std::string::npos);
+}
+
+// A folder where nothing can be created, even by root (chattr +i), until the guard goes.
+struct ImmutableFolder {
+    explicit ImmutableFolder(const wxString& folder)
+        : folder(folder), made(RunCommand({"chattr", "+i", folder}).exitCode == 0) {}
+    ~ImmutableFolder() {
+        if (made)
+            RunCommand({"chattr", "-i", folder});
+    }
+    wxString folder;
+    bool made;
+};
+
+TEST_F(WinPHPExtTest, ASaveThatCannotWriteSaysWhyAndKeepsTheDialogOpen) {
+    const std::string before = ReadBytes(Source());
+    const ImmutableFolder locked(wxPathOnly(Source()));
+    if (!locked.made)
+        GTEST_SKIP() << "this file system has no immutable folders";
+    EXPECT_EQ(RunDialog([&](P& dialog) {
+                  Extensions(&dialog)->Check(0, !Extensions(&dialog)->IsChecked(0));
+                  wxString message, caption;
+                  wxTEST_DIALOG(
+                      {
+                          ClickButton(&dialog, P::ID_OK);
+                          EXPECT_TRUE(WaitFor([&] { return !dialog.IsBusy(); }));
+                      },
+                      ExpectMessage(message, caption));
+                  EXPECT_EQ(message, "Cannot write " + Source() + ": Operation not permitted");
+                  EXPECT_TRUE(IsEnabled(&dialog, P::ID_OK)) << "the changes are still there";
+                  ClickButton(&dialog, P::ID_CANCEL);
+              }),
+              wxID_CANCEL);
+    EXPECT_EQ(ReadBytes(Source()), before);
 }
 
 TEST_F(WinPHPExtTest, RestoreAsksFirstAndReloadsTheInitialTemplateAndCancelWritesNothing) {

@@ -279,7 +279,8 @@ void WinApacheConf::OnWorkerDone(wxThreadEvent& event) {
     if (!AcceptCompletion(event))
         return;
     if (event.GetString() == ConfigWorker::SAVE) {
-        EndDialog(wxID_OK);
+        if (SaveSucceeded(event))
+            EndDialog(wxID_OK);
         return;
     }
     // Fresh data: the text boxes belong to none of its hosts.

@@ -1,6 +1,7 @@
 #include "gui/apache/WorkedThreadApacheConf.h"
 
 #include "core/Cleanup.h"
+#include "core/FileErrors.h"
 #include "core/TemplateSwitches.h"
 
 wxDEFINE_EVENT(EVT_APACHE_CONF_WORKER, wxThreadEvent);
@@ -17,13 +18,14 @@ void Load(const InstallPaths& paths, bool restore, ConfigWorker& worker, ApacheC
         LoadVirtualHostFile(data.hosts, paths);
 }
 
-void Save(const InstallPaths& paths, const ApacheConfData& data) {
+wxString Save(const InstallPaths& paths, const ApacheConfData& data) {
     using namespace TemplateSwitches;
     std::vector<wxString> lines;
     for (const SwitchLine& module : data.modules)
         lines.push_back(MakeModuleLine(module.line, module.enabled));
-    WriteModuleLines(paths, lines);
-    WriteVirtualHosts(data.hosts);
+    if (!WriteModuleLines(paths, lines))
+        return FileErrors::CannotWrite(paths.ApacheSourceConfig());
+    return WriteVirtualHosts(data.hosts) ? wxString() : FileErrors::CannotWrite(data.hosts.path);
 }
 
 } // namespace

@@ -138,10 +138,12 @@ void WinPHPExt::OnWorkerDone(wxThreadEvent& event) {
         data = event.GetPayload<PhpConfData>();
         ShowLoaded();
     }
+    if (event.GetString() == ConfigWorker::SAVE && SaveSucceeded(event)) {
+        EndDialog(wxID_OK);
+        return;
+    }
     if (WorkersDone())
         ClearBusy();
-    if (event.GetString() == ConfigWorker::SAVE)
-        EndDialog(wxID_OK);
 }
 
 void WinPHPExt::ShowLoaded() {

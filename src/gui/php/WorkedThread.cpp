@@ -1,6 +1,7 @@
 #include "gui/php/WorkedThread.h"
 
 #include "core/Cleanup.h"
+#include "core/FileErrors.h"
 #include "core/TemplateSwitches.h"
 
 wxDEFINE_EVENT(EVT_PHP_EXT_WORKER, wxThreadEvent);
@@ -20,13 +21,15 @@ void Load(const InstallPaths& paths, bool restore, ConfigWorker& worker, PhpConf
         data.settings = PHPControlConfig(paths);
 }
 
-void Save(const InstallPaths& paths, const PhpConfData& data) {
+wxString Save(const InstallPaths& paths, const PhpConfData& data) {
     using namespace TemplateSwitches;
     std::vector<wxString> lines;
     for (const SwitchLine& extension : data.extensions)
         lines.push_back(MakeExtensionLine(extension.line, extension.enabled));
-    WriteExtensionLines(paths, lines);
-    data.settings.WriteValues();
+    if (!WriteExtensionLines(paths, lines))
+        return FileErrors::CannotWrite(paths.PhpSourceConfig());
+    return data.settings.WriteValues() ? wxString()
+                                       : FileErrors::CannotWrite(data.settings.GetPath());
 }
 
 } // namespace
