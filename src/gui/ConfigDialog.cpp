@@ -47,8 +47,13 @@ bool ConfigDialog::SaveSucceeded(const wxThreadEvent& event) {
     if (failures.empty())
         return true;
     ClearBusy();
-    wxMessageBox(wxString(failures).Trim(), "Kovix", wxOK | wxICON_ERROR, this);
+    ShowFailures(failures);
     return false;
+}
+
+void ConfigDialog::ShowFailures(const wxString& failures) {
+    if (!failures.empty())
+        wxMessageBox(wxString(failures).Trim(), "Kovix", wxOK | wxICON_ERROR, this);
 }
 
 bool ConfigDialog::AcceptCompletion(const wxThreadEvent& event, bool progress) {

@@ -41,6 +41,8 @@ protected:
     // For a save's completion: true when everything was written; otherwise says what was not
     // and leaves the dialog open, not busy, with the user's changes.
     bool SaveSucceeded(const wxThreadEvent& event);
+    // Shows what a job could not write, one file a line; nothing when there is none.
+    void ShowFailures(const wxString& failures);
 
     // A "groupBox" framing a description pane and its documentation link ("link").
     wxStaticBoxSizer* DescriptionBox(wxWindow* page, int boxId, wxStaticText*& label, int labelId,

@@ -73,7 +73,7 @@ struct ImmutableFolder {
     bool made;
 };
 
-TEST_F(WinPHPExtTest, ASaveThatCannotWriteSaysWhyAndKeepsTheDialogOpen) {
+TEST_F(WinPHPExtTest, ASaveOrRestoreThatCannotWriteSaysWhyAndKeepsTheDialogOpen) {
     const std::string before = ReadBytes(Source());
     const ImmutableFolder locked(wxPathOnly(Source()));
     if (!locked.made)
@@ -87,8 +87,18 @@ TEST_F(WinPHPExtTest, ASaveThatCannotWriteSaysWhyAndKeepsTheDialogOpen) {
                           EXPECT_TRUE(WaitFor([&] { return !dialog.IsBusy(); }));
                       },
                       ExpectMessage(message, caption));
-                  EXPECT_EQ(message, "Cannot write " + Source() + ": Operation not permitted");
+                  const wxString refusal = "Cannot write " + Source() + ": Operation not permitted";
+                  EXPECT_EQ(message, refusal);
                   EXPECT_TRUE(IsEnabled(&dialog, P::ID_OK)) << "the changes are still there";
+
+                  wxString question;
+                  wxTEST_DIALOG(
+                      {
+                          ClickButton(&dialog, P::ID_RESTORE);
+                          EXPECT_TRUE(WaitFor([&] { return !dialog.IsBusy(); }));
+                      },
+                      ExpectMessage(question, caption, wxID_YES), ExpectMessage(message, caption));
+                  EXPECT_EQ(message, refusal);
                   ClickButton(&dialog, P::ID_CANCEL);
               }),
               wxID_CANCEL);

@@ -289,6 +289,7 @@ void WinApacheConf::OnWorkerDone(wxThreadEvent& event) {
     FillModules();
     RefreshHostList();
     ClearBusy();
+    ShowFailures(data.restoreFailures);
 }
 
 void WinApacheConf::OnOk(wxCommandEvent&) {

@@ -11,7 +11,7 @@ namespace {
 void Load(const InstallPaths& paths, bool restore, ConfigWorker& worker, ApacheConfData& data) {
     using namespace TemplateSwitches;
     if (restore)
-        Cleanup::RestoreApache(paths);
+        data.restoreFailures = Cleanup::RestoreApache(paths);
     for (const wxString& line : ListModuleLines(paths))
         data.modules.push_back({line, ModuleKeyOf(line), IsModuleLineEnabled(line)});
     if (!worker.Stopping())

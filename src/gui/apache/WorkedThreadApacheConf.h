@@ -10,6 +10,7 @@
 struct ApacheConfData {
     VirtualHostFile hosts;
     std::vector<SwitchLine> modules; // named by module key
+    wxString restoreFailures;        // what a restore before the load could not write
 };
 
 wxDECLARE_EVENT(EVT_APACHE_CONF_WORKER, wxThreadEvent);

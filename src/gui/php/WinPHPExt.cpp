@@ -137,6 +137,7 @@ void WinPHPExt::OnWorkerDone(wxThreadEvent& event) {
     if (event.GetString() == ConfigWorker::GET) {
         data = event.GetPayload<PhpConfData>();
         ShowLoaded();
+        ShowFailures(data.restoreFailures);
     }
     if (event.GetString() == ConfigWorker::SAVE && SaveSucceeded(event)) {
         EndDialog(wxID_OK);

@@ -11,7 +11,7 @@ namespace {
 void Load(const InstallPaths& paths, bool restore, ConfigWorker& worker, PhpConfData& data) {
     using namespace TemplateSwitches;
     if (restore) {
-        Cleanup::RestorePhp(paths);
+        data.restoreFailures = Cleanup::RestorePhp(paths);
         worker.Post(WorkedThread::RESTORED);
     }
     for (const wxString& line : ListExtensionLines(paths))

@@ -11,6 +11,7 @@
 struct PhpConfData {
     std::vector<SwitchLine> extensions; // named by extension name
     PHPControlConfig settings{wxString()};
+    wxString restoreFailures; // what a restore before the load could not write
 };
 
 wxDECLARE_EVENT(EVT_PHP_EXT_WORKER, wxThreadEvent);
