@@ -20,7 +20,8 @@ readonly PHP_MODULE_SOURCE=/usr/lib/apache2/modules/libphp${PHP_VERSION}.so
 readonly PHPMYADMIN_SOURCE=/usr/share/phpmyadmin
 readonly SOCKET_PATH_MAX=107
 readonly SHUTDOWN_USER=kovix
-readonly SHUTDOWN_PASSWORD=RbTwXcHqPsLmYv
+# MariaDB's port, unless another server holds it when the tree is made.
+readonly MYSQL_PORT=3306
 # The program that initialises a data folder; a portable tree uses its own copy.
 INSTALL_DB=(mariadb-install-db)
 
@@ -43,6 +44,17 @@ usage() {
 }
 
 is_root() { [[ $(id -u) -eq 0 ]]; }
+
+# 32 random letters and digits.
+random_secret() {
+    local secret
+    secret=$(head -c 512 /dev/urandom | LC_ALL=C tr -dc 'A-Za-z0-9')
+    printf '%s' "${secret:0:32}"
+}
+
+note() {
+    printf 'assemble-tree: note: %s\n' "$*" >&2
+}
 
 # Every program and file the tree links to, with the Debian package that provides it.
 check_requirements() {
@@ -80,15 +92,17 @@ check_socket_length() {
         die "the MariaDB socket $socket would be $bytes bytes long; a socket path may not exceed $SOCKET_PATH_MAX: choose a shorter tree path"
 }
 
-# A server of the tree that still runs (its pid file names a live process) blocks a rebuild.
+# Whether the pid file names a live process.
+pid_file_live() {
+    local pid
+    [[ -r $1 ]] || return 1
+    pid=$(<"$1")
+    [[ $pid =~ ^[0-9]+$ && -d /proc/$pid ]]
+}
+
+# A server of the tree that still runs blocks a rebuild.
 server_running() {
-    local pidfile pid
-    for pidfile in "$TREE/apache/logs/httpd.pid" "$TREE/mysql/data/mysqld.pid"; do
-        [[ -r $pidfile ]] || continue
-        pid=$(<"$pidfile")
-        [[ $pid =~ ^[0-9]+$ && -d /proc/$pid ]] && return 0
-    done
-    return 1
+    pid_file_live "$TREE/apache/logs/httpd.pid" || pid_file_live "$TREE/mysql/data/mysqld.pid"
 }
 
 empty_tree() {
@@ -119,7 +133,7 @@ install_programs() {
             copied=1
         fi
     done
-    ((copied)) || printf 'assemble-tree: note: no kovix or kovixctl in %s\n' "$BIN_DIR" >&2
+    ((copied)) || note "no kovix or kovixctl in $BIN_DIR"
 }
 
 assemble_apache() {
@@ -211,15 +225,17 @@ initialise_mysql_data() {
     rm -rf "$scratch" "$mysql/data"
     mkdir -p "$scratch"
     local init="$mysql/init.sql.tmp"
-    local host
+    local host secret
     host=$(hostname)
-    {
+    secret=$(random_secret)
+    (
+        umask 077
         printf "FLUSH PRIVILEGES;\n"
-        printf "CREATE USER '%s'@'localhost' IDENTIFIED BY '%s';\n" "$SHUTDOWN_USER" "$SHUTDOWN_PASSWORD"
+        printf "CREATE USER '%s'@'localhost' IDENTIFIED BY '%s';\n" "$SHUTDOWN_USER" "$secret"
         printf "GRANT SHUTDOWN ON *.* TO '%s'@'localhost';\n" "$SHUTDOWN_USER"
         # root keeps its local accounts only (localhost, 127.0.0.1, ::1).
         [[ $host == localhost ]] || printf "DROP USER IF EXISTS 'root'@'%s';\n" "$host"
-    } >"$init"
+    ) >"$init"
     local -a options=(--no-defaults "--datadir=$scratch" --auth-root-authentication-method=normal
         --skip-test-db --innodb-log-file-size=8M "--extra-file=$init")
     # As root the server must be told it may run as root. Not with --user: mariadb-install-db
@@ -234,6 +250,61 @@ initialise_mysql_data() {
     fi
     rm -f "$init" "$log"
     mv "$scratch" "$mysql/data"
+    write_admin_options "$secret"
+}
+
+# mysqladmin's option file for the panel's shutdown, readable by the tree's owner only: my.ini's
+# options (included by a name relative to the mysql folder, mysqladmin's working folder, so the
+# tree may move) and the password of the shutdown account, which never goes on a command line.
+write_admin_options() {
+    local file="$TREE/mysql/mysqladmin.ini"
+    (
+        umask 077
+        printf '%s\n' '# The options of the panel'"'"'s MySQL shutdown: those of my.ini and the password of' \
+            '# this tree'"'"'s shutdown account. Keep it private.' '!include my.ini' '' '[mysqladmin]' \
+            "password=\"$1\"" >"$file.new"
+    )
+    mv -f "$file.new" "$file"
+}
+
+# A tree made before it had a shutdown password of its own gets one: the account's password is
+# changed by a server run just for that, without network (--bootstrap), while MySQL is stopped.
+give_shutdown_password() {
+    local mysql="$TREE/mysql"
+    [[ -e $mysql/mysqladmin.ini || ! -d $mysql/data/mysql ]] && return 0
+    if pid_file_live "$mysql/data/mysqld.pid"; then
+        note "the tree's MySQL runs: stop it and run again to give its shutdown account a password of its own"
+        return 0
+    fi
+    local secret log="$mysql/bootstrap.log"
+    secret=$(random_secret)
+    local -a options=(--no-defaults --basedir=/usr "--datadir=$mysql/data" --bootstrap
+        --skip-networking --innodb-log-file-size=8M)
+    if is_root; then
+        options+=(--user=root)
+    fi
+    printf "FLUSH PRIVILEGES;\nALTER USER '%s'@'localhost' IDENTIFIED BY '%s';\n" \
+        "$SHUTDOWN_USER" "$secret" | "$mysql/bin/mysqld" "${options[@]}" >"$log" 2>&1 ||
+        die "the shutdown account's password could not be changed (the server's output is in $log)"
+    rm -f "$log"
+    write_admin_options "$secret"
+}
+
+# The template of a new tree; its ports are moved off 3306 when another server holds it.
+install_mysql_template() {
+    local template="$TREE/mysql/my_source.ini" port=$MYSQL_PORT
+    [[ -e $template ]] && return 0
+    while port_taken "$port" && ((port < MYSQL_PORT + 100)); do
+        port=$((port + 1))
+    done
+    ((port == MYSQL_PORT)) || note "port $MYSQL_PORT is taken: MariaDB gets port $port"
+    sed -E "s/^port=$MYSQL_PORT\$/port=$port/" "$STACK_DIR/mysql/my_source.ini" >"$template.new"
+    mv -f "$template.new" "$template"
+}
+
+# Whether something accepts connections on the port of this computer.
+port_taken() {
+    (exec 3<>"/dev/tcp/127.0.0.1/$1") 2>/dev/null
 }
 
 assemble_mysql() {
@@ -242,11 +313,12 @@ assemble_mysql() {
     ln -sfn /usr/sbin/mariadbd "$mysql/bin/mysqld"
     ln -sfn /usr/bin/mariadb-admin "$mysql/bin/mysqladmin"
     ln -sfn /usr/bin/mariadb "$mysql/bin/mysql"
-    copy_if_absent "$STACK_DIR/mysql/my_source.ini" "$mysql/my_source.ini"
-    if is_root; then
-        sed -i 's/^#user=root$/user=root/' "$mysql/my_source.ini"
-    fi
+    # The folder of the server's files for SQL (secure_file_priv); the panel makes it too.
+    mkdir -p "$mysql/files"
+    chmod 700 "$mysql/files"
+    install_mysql_template
     initialise_mysql_data
+    give_shutdown_password
 }
 
 # phpMyAdmin is the system's; root/ is a linked copy of it whose vendor configuration is ours,
@@ -257,10 +329,7 @@ assemble_phpmyadmin() {
     mkdir -p "$pma/tmp"
     install_file "$STACK_DIR/utils/phpmyadmin/prepend.php" "$pma/prepend.php"
     if [[ ! -e $pma/config.inc.php ]]; then
-        local secret
-        secret=$(head -c 512 /dev/urandom | LC_ALL=C tr -dc 'A-Za-z0-9')
-        secret=${secret:0:32}
-        sed "s/@BLOWFISH_SECRET@/$secret/" "$STACK_DIR/utils/phpmyadmin/config.inc.php" \
+        sed "s/@BLOWFISH_SECRET@/$(random_secret)/" "$STACK_DIR/utils/phpmyadmin/config.inc.php" \
             >"$pma/config.inc.php"
         chmod 600 "$pma/config.inc.php"
     fi
@@ -303,7 +372,7 @@ grant_www_data() {
     while [[ $folder != / ]]; do
         if ! runuser -u www-data -- test -x "$folder"; then
             chmod o+x "$folder"
-            printf 'assemble-tree: note: made %s enterable by www-data\n' "$folder" >&2
+            note "made $folder enterable by www-data"
         fi
         folder=$(dirname "$folder")
     done

@@ -236,7 +236,6 @@ rewrite_mysql_ini() {
             print "plugin-dir=\"{MYSQLPATH}/lib/mysql/plugin\""
             next
         }
-        /^user=root$/ { print "#user=root"; next }
         { print }' "$ini" >"$ini.new"
     mv -f "$ini.new" "$ini"
     grep -q '^basedir=' "$ini" || bundle_die "$ini has no basedir line to point at the bundle"

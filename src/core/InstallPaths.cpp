@@ -112,6 +112,12 @@ wxString InstallPaths::MysqlExecutable() const {
 wxString InstallPaths::MysqlAdminTool() const {
     return MysqlBinFolder() + Program("mysqladmin");
 }
+wxString InstallPaths::MysqlAdminConfig() const {
+    return MysqlFolder() + Join("mysqladmin.ini");
+}
+wxString InstallPaths::MysqlFilesFolder() const {
+    return MysqlFolder() + Join("files");
+}
 wxString InstallPaths::SqliteBrowser() const {
     return programFolder + Program("utils/SQLiteBrowser");
 }

@@ -43,6 +43,11 @@ public:
     wxString MysqlLiveConfig() const;
     wxString MysqlExecutable() const;
     wxString MysqlAdminTool() const;
+    // The admin tool's option file: my.ini's options and the tree's shutdown password, for the
+    // tree's owner only (made by the assembler).
+    wxString MysqlAdminConfig() const;
+    // The one folder where the server may read and write files for SQL (secure_file_priv).
+    wxString MysqlFilesFolder() const;
     wxString SqliteBrowser() const;
     // The generated configuration of the sites and of HTTPS, included by httpd.conf.
     wxString SitesLiveConfig() const;

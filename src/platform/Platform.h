@@ -115,6 +115,20 @@ public:
     // True when the process's working folder, executable or command line lies in folder.
     virtual bool ProcessLivesIn(long pid, const wxString& folder) = 0;
 
+    // Accounts. A server started by the administrator is handed to an unprivileged account.
+    // True when this process has the administrator's rights (root).
+    virtual bool IsPrivileged() = 0;
+    virtual bool AccountExists(const wxString& account) = 0;
+    // The first folder on the way to folder (itself included) that account may not enter; ""
+    // when it reaches folder.
+    virtual wxString FolderClosedTo(const wxString& account, const wxString& folder) = 0;
+    // Makes folder and everything in it (links not followed) the account's. False when the
+    // system refuses.
+    virtual bool GiveFolderTo(const wxString& account, const wxString& folder) = 0;
+    // Lets account add files of its own to folder, which stays its owner's, without the right
+    // to remove or replace the files of others. False when the system refuses.
+    virtual bool LetAccountAddFiles(const wxString& account, const wxString& folder) = 0;
+
     // Network.
     // True when something accepts a connection on localhost:port within timeoutMs.
     virtual bool IsLocalPortTaken(int port, int timeoutMs) = 0;

@@ -154,3 +154,24 @@ bool Win32Platform::OpenFolder(const wxString& folder) {
 bool Win32Platform::OpenProgram(const wxString& program, const wxString& argument) {
     return ShellOpen(program, argument.empty() ? argument : "\"" + argument + "\"");
 }
+
+// The servers run as the user who starts them: there is no administrator's account to leave.
+bool Win32Platform::IsPrivileged() {
+    return false;
+}
+
+bool Win32Platform::AccountExists(const wxString&) {
+    return true;
+}
+
+wxString Win32Platform::FolderClosedTo(const wxString&, const wxString&) {
+    return wxString();
+}
+
+bool Win32Platform::GiveFolderTo(const wxString&, const wxString&) {
+    return true;
+}
+
+bool Win32Platform::LetAccountAddFiles(const wxString&, const wxString&) {
+    return true;
+}

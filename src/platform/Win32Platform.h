@@ -31,6 +31,12 @@ public:
     bool ReadProcessorTimes(long pid, ProcessorTimes& times) override;
     bool ProcessLivesIn(long pid, const wxString& folder) override;
 
+    bool IsPrivileged() override;
+    bool AccountExists(const wxString& account) override;
+    wxString FolderClosedTo(const wxString& account, const wxString& folder) override;
+    bool GiveFolderTo(const wxString& account, const wxString& folder) override;
+    bool LetAccountAddFiles(const wxString& account, const wxString& folder) override;
+
     bool IsLocalPortTaken(int port, int timeoutMs) override;
     bool IsLocalSocketAccepting(const wxString& path) override;
     bool MayListenOn(int port) override;

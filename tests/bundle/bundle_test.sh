@@ -178,7 +178,7 @@ first_run() {
     as_user ./kovixctl port "$apache_port" >/dev/null
     printf 'HTTPS_PORT = "%s"\n' "$https_port" >>"$bundle/kovix.ini"
     as_user ./kovixctl https on >/dev/null
-    sed -i "s/^port=3306$/port=$mysql_port/" "$bundle/mysql/my_source.ini"
+    sed -i -E "s/^port=[0-9]+$/port=$mysql_port/" "$bundle/mysql/my_source.ini"
     check 'the panel finds all its libraries' test -z "$(ldd "$bundle/kovix" | grep 'not found')"
     start_servers || return
     check_mapped_libraries

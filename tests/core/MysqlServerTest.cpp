@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 TEST(MysqlServer, ReadsTheServerSectionAndRefusesATreeTooDeepForTheSocket) {
     const std::string myIni =
         "[client]\nport=1\n[mysqld]\n# port=2\nport = 3307\nsocket=\"{MYSQLPATH}/mysql.sock\"\n";
@@ -52,4 +54,26 @@ TEST(StackServers, AStartWhoseGenerationFailedSaysWhyAndStartsNothing) {
           "Cannot read " + paths.MysqlSourceConfig() + ": No such file or directory\n",
           wxString("MySQL was not started: its configuration could not be generated")})
         EXPECT_NE(output.Find(said), wxNOT_FOUND) << said << " in " << output;
+}
+
+// The tree's own password file when it has one, else the root account, which needs none on the
+// local socket; never a password on the line. The server's files for SQL stay in the tree, and
+// under root it runs as the mysql account.
+TEST(MysqlServer, CommandLinesCarryNoPasswordNorTheAdministratorsRights) {
+    TempDir dir;
+    AppSettings settings;
+    InstallPaths paths(dir.Path(), settings);
+    MysqlServer mysql(paths);
+    const wxString folder = paths.MysqlFolder();
+    EXPECT_EQ(mysql.ShutdownCommandLine(), folder + "/bin/mysqladmin --defaults-file=\"" + folder +
+                                               "/my.ini\" --user=\"root\" shutdown");
+    WriteTreeFile(dir.Path(), "mysql/mysqladmin.ini", "!include my.ini\n");
+    EXPECT_EQ(mysql.ShutdownCommandLine(), folder + "/bin/mysqladmin --defaults-file=\"" + folder +
+                                               "/mysqladmin.ini\" --user=\"kovix\" shutdown");
+
+    wxString start = folder + "/bin/mysqld --defaults-file=\"" + folder +
+                     "/my.ini\" --secure-file-priv=\"" + folder + "/files\"";
+    if (geteuid() == 0)
+        start += " --user=mysql";
+    EXPECT_EQ(mysql.CommandLine(), start);
 }

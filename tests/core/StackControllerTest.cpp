@@ -14,6 +14,7 @@ public:
     bool apacheRuns = false;
     bool mysqlRuns = false;
     bool portFree = true;
+    bool mysqlPortFree = true;
     bool templatesChanged = false;
     bool apacheStartRefused = false;
     // How many MySQL stop requests are skipped before one takes (a shutdown still under way).
@@ -54,8 +55,9 @@ public:
     wxString ReadOutput() override { return "out"; }
     double ApacheCpu(const std::vector<long>& pids) override { return pids.size() * 1.5; }
     double MysqlCpu(const std::vector<long>& pids) override { return pids.size() * 2.5; }
-    bool IsPortFree(int) override { return portFree; }
+    bool IsPortFree(int port) override { return port == MysqlPort() ? mysqlPortFree : portFree; }
     wxString PortHolderLine(int port) override { return wxString::Format("held %d", port); }
+    int MysqlPort() override { return 3307; }
     std::shared_ptr<void> LockTree() override {
         ++locks;
         return nullptr;
@@ -149,6 +151,26 @@ TEST_F(StackControllerTest, TakenPortRefusesTheStartAndNoTickRunsWhileTheRefusal
     EXPECT_TRUE(cli.refused);
     EXPECT_EQ(Log(), "") << "nothing starts, MySQL neither";
     EXPECT_FALSE(stack.IsBusy());
+}
+
+TEST_F(StackControllerTest, TakenMysqlPortRefusesEveryStartOfMysqlAndNamesTheHolder) {
+    servers.mysqlPortFree = false;
+    int shown = 0;
+    stack.SetRefusalHandler([&](const StackController::StartOutcome&) { ++shown; });
+    EXPECT_TRUE(stack.StartBoth().refused);
+    EXPECT_TRUE(stack.StartMysqlOnly().refused);
+    EXPECT_EQ(shown, 2);
+    const StackController::StartOutcome cli = stack.StartStopped(true, true);
+    EXPECT_EQ(cli.message, "The MySQL port 3307 is already used by another program");
+    EXPECT_EQ(cli.holderLine, "held 3307");
+    EXPECT_EQ(Log(), "") << "nothing starts, Apache neither";
+
+    // Apache alone needs no MySQL port; a MySQL that runs holds its own port.
+    EXPECT_FALSE(stack.StartApacheOnly().refused);
+    EXPECT_EQ(Log(), "startA ");
+    servers.mysqlRuns = true;
+    EXPECT_FALSE(stack.StartBoth().refused);
+    EXPECT_EQ(Log(), "startA startM ");
 }
 
 TEST_F(StackControllerTest, StartsOnlyWhatIsAskedAndNotRunning) {

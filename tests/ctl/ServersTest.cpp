@@ -1,5 +1,6 @@
 // kovixctl status/start/stop/clean against the real servers of a temporary tree.
 #include "support/LoopbackClient.h"
+#include "support/PortHolder.h"
 #include "support/TestTree.h"
 
 #include <gtest/gtest.h>
@@ -10,8 +11,6 @@
 #include <chrono>
 #include <set>
 
-#include <netinet/in.h>
-#include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -34,19 +33,6 @@ protected:
 
     // Zombies included.
     void ExpectNothingLeft() { EXPECT_TRUE(Pids("httpd").empty() && Pids("mysqld").empty()); }
-};
-
-// A socket listening on port on every local address, as another server would.
-struct PortHolder {
-    int fd = socket(AF_INET, SOCK_STREAM, 0);
-    explicit PortHolder(int port) {
-        sockaddr_in address{};
-        address.sin_family = AF_INET;
-        address.sin_port = htons(static_cast<uint16_t>(port));
-        if (bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) || listen(fd, 4))
-            ADD_FAILURE() << "cannot hold port " << port;
-    }
-    ~PortHolder() { close(fd); }
 };
 
 } // namespace

@@ -57,7 +57,15 @@ test_first_assembly() {
     printf '#!/bin/sh\necho kovix\n' >"$bin/kovix"
     printf '#!/bin/sh\necho kovixctl 1\n' >"$bin/kovixctl"
     chmod +x "$bin/kovix" "$bin/kovixctl"
-    (cd / && assemble "$tree" "$bin") || {
+    # Another server holds MariaDB's usual port (or this one does, when it can take it).
+    php -r '$s = @stream_socket_server("tcp://127.0.0.1:3306"); sleep(60);' &
+    local holder=$!
+    sleep 0.3
+    (cd / && assemble "$tree" "$bin")
+    local assembled=$?
+    kill "$holder"
+    wait "$holder" 2>/dev/null
+    ((assembled == 0)) || {
         fail "first assembly: $(cat "$work/err")"
         return
     }
@@ -83,10 +91,24 @@ test_first_assembly() {
         "$tree/apache/php_8.2/php_initial.ini"
     if [[ $(id -u) -eq 0 ]]; then
         check "sessions owned by www-data" test "$(stat -c %U "$tree/apache/sessions")" = www-data
-        check "MariaDB told to run as root" grep -q -x 'user=root' "$tree/mysql/my_source.ini"
-    else
-        check "MariaDB not told to run as root" grep -q -x '#user=root' "$tree/mysql/my_source.ini"
     fi
+    test_mysql_files
+}
+
+# The server's account is the panel's choice, its ports are free ones, its files for SQL have a
+# folder, and the shutdown password is the tree's own, for its owner's eyes only.
+test_mysql_files() {
+    local mysql="$tree/mysql"
+    check "no account in the MySQL template" not grep -q -E '^#?user=' "$mysql/my_source.ini"
+    local -a ports
+    mapfile -t ports < <(sed -n -E 's/^port=([0-9]+)$/\1/p' "$mysql/my_source.ini")
+    check "client and server ports" test "${#ports[@]}" -eq 2 -a "${ports[0]}" = "${ports[1]:-}"
+    check "a held 3306 is not given" test "${ports[0]}" != 3306
+    check "files folder private" test "$(stat -c %a "$mysql/files")" = 700
+    check "shutdown options private" test "$(stat -c %a "$mysql/mysqladmin.ini")" = 600
+    check "shutdown options include my.ini" grep -q -x '!include my.ini' "$mysql/mysqladmin.ini"
+    check "shutdown password of 32 characters" \
+        grep -q -x -E 'password="[A-Za-z0-9]{32}"' "$mysql/mysqladmin.ini"
 }
 
 test_extensions() {
@@ -181,6 +203,15 @@ test_second_run_keeps_user_files() {
     check "initial template refreshed" not grep -q 'user edit' "$tree/apache/conf/httpd_initial.conf"
     check "link restored" links_to "$tree/apache/bin/httpd" /usr/sbin/apache2
     check "program refreshed" cmp -s "$bin/kovixctl" "$tree/kovixctl"
+
+    # A tree made before it had a shutdown password gets one.
+    local password
+    password=$(grep '^password=' "$tree/mysql/mysqladmin.ini")
+    rm "$tree/mysql/mysqladmin.ini"
+    assemble "$tree" || fail "upgrade: $(cat "$work/err")"
+    check "shutdown password given" grep -q -E '^password="[A-Za-z0-9]{32}"' \
+        "$tree/mysql/mysqladmin.ini"
+    check "a new shutdown password" not grep -q -x -F "$password" "$tree/mysql/mysqladmin.ini"
 
     assemble --rebuild "$tree" || {
         fail "rebuild: $(cat "$work/err")"

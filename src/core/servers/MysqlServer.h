@@ -8,19 +8,23 @@
 #include <memory>
 
 // The MySQL (MariaDB) server of the tree: starts it as a hidden child from a freshly generated
-// my.ini, shuts it down in order through the admin tool with the panel's own account, and tells
-// whether it runs (by process name), its processor share, what it and the admin tool wrote, and
-// whether my_source.ini changed since the last test.
+// my.ini, never with the administrator's rights and with file access for SQL confined to the
+// tree; shuts it down in order through the admin tool with the panel's own account, whose
+// password the tree keeps in an option file of its owner; and tells whether it runs (by process
+// name), its processor share, what it and the admin tool wrote, and whether my_source.ini
+// changed since the last test.
 class MysqlServer : public ServerBase {
 public:
-    // The account of the shipped data that may shut the server down.
+    // The account of the tree's data that may shut the server down.
     static constexpr const char* ShutdownUser = "kovix";
-    static constexpr const char* ShutdownPassword = "RbTwXcHqPsLmYv";
+    // The system's account the server runs as when the panel has the administrator's rights.
+    static constexpr const char* ServiceAccount = "mysql";
 
     explicit MysqlServer(const InstallPaths& paths);
 
     // Does nothing while the child of the last start is active. Refuses (and says why through
-    // ReadOutput) when the tree lies so deep that the socket path would be too long.
+    // ReadOutput) when the tree lies so deep that the socket path would be too long, and, under
+    // the administrator, when the service account is missing or cannot reach the tree.
     void Start();
     // Asks the admin tool to shut the server down; does nothing while an earlier shutdown runs.
     // Returns at once: the server is gone a moment later.
@@ -42,6 +46,8 @@ public:
     // the socket path ("" when absent).
     int Port() const;
     wxString SocketPath() const;
+    // The port of my_source.ini, which the next start listens on (no placeholder stands for it).
+    int NextPort() const;
     // Where the server writes its messages (log-error); "" when absent.
     wxString ErrorLogPath() const { return LiveOption("log-error"); }
     // The longest Unix socket path the system accepts, in bytes.
@@ -52,6 +58,10 @@ private:
     // What the server added to its error log since the last start began ("" before one): a
     // copied tree's old log is not repeated.
     wxString LogSinceStart() const;
+    // Readies the folders the server writes: empty when it may start, else why not, in the
+    // current language.
+    wxString PrepareStart() const;
+    wxString PrepareServiceAccount() const;
 
     // Said by the next ReadOutput: why the server was not started.
     wxString note;

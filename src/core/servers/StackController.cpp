@@ -1,12 +1,22 @@
 #include "core/servers/StackController.h"
 
 #include "core/AppSettings.h"
+#include "core/lang/LangTable.h"
 #include "core/servers/PortCheck.h"
 
 StackController::StackController(const AppSettings& settings, std::unique_ptr<StackServers> servers)
     : settings(settings), servers(std::move(servers)) {}
 
-bool StackController::PortRefuses(StartOutcome& outcome) {
+bool StackController::StartRefused(bool apache, bool mysql, StartOutcome& outcome) {
+    if (apache && ApachePortRefuses(outcome))
+        return true;
+    if (!mysql || IsMysqlRunning())
+        return false;
+    const int port = servers->MysqlPort();
+    return PortTaken(port, wxString::Format(GetLangText("MYSQL_PORT_TAKEN"), port), outcome);
+}
+
+bool StackController::ApachePortRefuses(StartOutcome& outcome) {
     const int port = settings.GetPort();
     const wxString forbidden = PortCheck::PortRefusal(port);
     if (!forbidden.empty()) {
@@ -14,15 +24,19 @@ bool StackController::PortRefuses(StartOutcome& outcome) {
         outcome.message = forbidden;
         return true;
     }
+    return PortTaken(port, PortCheck::PortTakenMessage(settings), outcome);
+}
+
+bool StackController::PortTaken(int port, const wxString& message, StartOutcome& outcome) {
     if (servers->IsPortFree(port))
         return false;
     outcome.refused = true;
-    outcome.message = PortCheck::PortTakenMessage(settings);
+    outcome.message = message;
     outcome.holderLine = servers->PortHolderLine(port);
     return true;
 }
 
-StackController::StartOutcome StackController::StartApacheChecked(bool thenMysql) {
+StackController::StartOutcome StackController::StartChecked(bool apache, bool mysql) {
     StartOutcome outcome;
     if (busy)
         return outcome;
@@ -30,9 +44,9 @@ StackController::StartOutcome StackController::StartApacheChecked(bool thenMysql
     busy = true;
     {
         const std::shared_ptr<void> lock = servers->LockTree();
-        if (!PortRefuses(outcome) && servers->StartApache()) {
-            outcome.apacheStarted = true;
-            if (thenMysql) {
+        if (!StartRefused(apache, mysql, outcome)) {
+            outcome.apacheStarted = apache && servers->StartApache();
+            if (mysql && (apache ? outcome.apacheStarted : !IsMysqlRunning())) {
                 servers->StartMysql();
                 outcome.mysqlStarted = true;
             }
@@ -43,13 +57,6 @@ StackController::StartOutcome StackController::StartApacheChecked(bool thenMysql
         onRefusal(outcome);
     busy = false;
     return outcome;
-}
-
-void StackController::StartMysqlOnly() {
-    restartState = RESTART_IDLE;
-    const std::shared_ptr<void> lock = servers->LockTree();
-    if (!IsMysqlRunning())
-        servers->StartMysql();
 }
 
 void StackController::StopBoth() {
@@ -129,7 +136,7 @@ StackController::StartOutcome StackController::StartStopped(bool apache, bool my
     StartOutcome outcome;
     apache = apache && !IsApacheRunning();
     mysql = mysql && !IsMysqlRunning();
-    if (apache && PortRefuses(outcome))
+    if (StartRefused(apache, mysql, outcome))
         return outcome;
     if (apache)
         outcome.apacheStarted = servers->StartApache();

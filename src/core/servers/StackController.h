@@ -9,10 +9,10 @@
 
 class AppSettings;
 
-// Runs the tree's two servers for both faces, the panel and kovixctl: the start check (Apache's
-// port must be free), start, stop and restart of one or both, and the status tick, which watches
-// the templates and restarts the running servers after a change. The faces show what it says
-// and never touch a server themselves. Used from one thread.
+// Runs the tree's two servers for both faces, the panel and kovixctl: the start check (the ports
+// of the servers about to start must be free), start, stop and restart of one or both, and the
+// status tick, which watches the templates and restarts the running servers after a change. The
+// faces show what it says and never touch a server themselves. Used from one thread.
 class StackController {
 public:
     // Auto-restart states: a change is pending, then the servers were stopped to restart them.
@@ -55,12 +55,13 @@ public:
     // The owner has finished building: template changes count from now on.
     void Ready() { restartState = RESTART_IDLE; }
 
-    // The panel's commands. A start of Apache is refused while another start runs and when its
-    // port is taken; MySQL follows only an Apache start that was not refused. Each command ends
-    // a pending restart.
-    StartOutcome StartBoth() { return StartApacheChecked(true); }
-    StartOutcome StartApacheOnly() { return StartApacheChecked(false); }
-    void StartMysqlOnly();
+    // The panel's commands. A start is refused while another start runs and when the port of a
+    // server about to start is taken (MySQL's only when it does not run); then nothing starts.
+    // MySQL follows only an Apache start that was not refused, and alone starts only when it
+    // does not run. Each command ends a pending restart.
+    StartOutcome StartBoth() { return StartChecked(true, true); }
+    StartOutcome StartApacheOnly() { return StartChecked(true, false); }
+    StartOutcome StartMysqlOnly() { return StartChecked(false, true); }
     void StopBoth();
     void StopApacheOnly();
     void StopMysqlOnly();
@@ -70,8 +71,8 @@ public:
     // One pass of the status loop; nothing while a start is under way.
     std::optional<Status> Tick();
 
-    // kovixctl's commands: start those of the asked servers that do not run (the port test only
-    // when Apache is to start), and stop the asked ones, waiting until they are gone. A MySQL
+    // kovixctl's commands: start those of the asked servers that do not run (the port test of
+    // those only), and stop the asked ones, waiting until they are gone. A MySQL
     // that is still starting does not take its shutdown: it is asked again until it ends. False
     // when they still run after StopTimeoutMs.
     StartOutcome StartStopped(bool apache, bool mysql);
@@ -90,9 +91,11 @@ public:
     static constexpr int StopRepeatMs = 500;
 
 private:
-    StartOutcome StartApacheChecked(bool thenMysql);
-    // The port test; fills the outcome's refusal when the port is taken.
-    bool PortRefuses(StartOutcome& outcome);
+    StartOutcome StartChecked(bool apache, bool mysql);
+    // The port tests of the servers to start; the first refusal fills the outcome.
+    bool StartRefused(bool apache, bool mysql, StartOutcome& outcome);
+    bool ApachePortRefuses(StartOutcome& outcome);
+    bool PortTaken(int port, const wxString& message, StartOutcome& outcome);
     void WatchTemplates();
     void StepRestartMachine(bool apacheRuns, bool mysqlRuns);
 

@@ -37,6 +37,8 @@ public:
 
     virtual bool IsPortFree(int port) = 0;
     virtual wxString PortHolderLine(int port) = 0;
+    // The port the next MySQL start listens on.
+    virtual int MysqlPort() = 0;
 
     // The tree lock, held by the caller around each start and stop.
     virtual std::shared_ptr<void> LockTree() = 0;
@@ -65,6 +67,7 @@ public:
     double MysqlCpu(const std::vector<long>& pids) override { return mysql.CpuUse(pids); }
     bool IsPortFree(int port) override;
     wxString PortHolderLine(int port) override;
+    int MysqlPort() override { return mysql.NextPort(); }
     std::shared_ptr<void> LockTree() override;
     std::uint64_t NowMs() override;
     void SleepMs(int ms) override;
