@@ -141,7 +141,7 @@ test_extensions() {
 test_templates() {
     local conf="$tree/apache/conf"
     local -a apache=('{APACHEPATH}' '{DOCUMENTPATH}' '{PHPPATH}' '{PHPAPACHE2FILE}' '{PHPEXTPATH}'
-        '{PHPMODULENAME}' '{APACHE_PORT}' '{ONLINE_MODE}' '{SENDMAIL_COMMAND}')
+        '{PHPMODULENAME}' '{APACHE_PORT}' '{APACHE_LISTEN}' '{ONLINE_MODE}' '{SENDMAIL_COMMAND}')
     local file
     for file in "$conf/httpd_source.conf" "$conf/extra/kovix_source.conf" \
         "$tree/apache/php_8.2/php_source.ini"; do
