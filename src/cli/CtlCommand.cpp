@@ -175,6 +175,11 @@ void CtlContext::PrintTable(const std::vector<std::vector<wxString>>& rows) {
     }
 }
 
+void CtlContext::ExpectTree() const {
+    if (!wxDirExists(paths.ApacheFolder()) && !wxDirExists(paths.MysqlFolder()))
+        throw CtlFailure(wxString::Format(GetLangText("TREE_NOT_KOVIX"), paths.ProgramFolder()));
+}
+
 const wxString& CtlContext::Arg(size_t index) const {
     if (index >= args.size())
         throw CtlUsageError("missing argument");

@@ -44,6 +44,8 @@ public:
     // Rows printed with each column padded to its widest cell.
     void PrintTable(const std::vector<std::vector<wxString>>& rows);
 
+    // Refuses (exit 1) a folder that holds neither an Apache nor a MySQL folder: no Kovix tree.
+    void ExpectTree() const;
     // The argument at index, or a usage error when it is missing.
     const wxString& Arg(size_t index) const;
     void ExpectArgCount(size_t minimum, size_t maximum) const;

@@ -78,6 +78,7 @@ namespace CtlCommands {
 
 void Generate(CtlContext& context) {
     context.ExpectArgCount(0, 0);
+    context.ExpectTree();
     ConfigGenerator::ApplyStartupDefaults(context.settings, context.paths);
     const ConfigGenerator generator(context.paths);
     const GenerationReport apache = generator.GenerateApache();

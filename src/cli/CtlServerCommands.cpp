@@ -102,6 +102,7 @@ void Status(CtlContext& context) {
 // together; then waits for both.
 void Start(CtlContext& context) {
     const Which which = ParseWhich(context);
+    context.ExpectTree();
     ConfigGenerator::ApplyStartupDefaults(context.settings, context.paths);
     auto live = std::make_unique<LiveStackServers>(context.paths);
     ApacheServer& apache = live->Apache();

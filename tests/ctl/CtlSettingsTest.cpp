@@ -39,8 +39,14 @@ TEST_F(CtlSettings, UsageErrorsExitTwoAndWriteNothing) {
     EXPECT_FALSE(wxFileExists(tree.File("kovix.ini")));
 }
 
-TEST_F(CtlSettings, AMissingRootFolderIsNamed) {
+TEST_F(CtlSettings, AMissingRootFolderOrOneThatIsNoTreeIsNamed) {
     const CommandResult start = RunCommand({KOVIXCTL_PATH, "--root", "/nonexistent", "start"});
     EXPECT_EQ(start.exitCode, 1);
     EXPECT_EQ(start.err, "No Kovix folder at /nonexistent: it does not exist.\n");
+    for (const char* command : {"start", "generate"}) {
+        const CommandResult empty = Ctl({command});
+        EXPECT_EQ(empty.exitCode, 1);
+        EXPECT_EQ(empty.err, tree.Path() + " is not a Kovix folder: it holds neither an apache nor "
+                                           "a mysql folder.\n");
+    }
 }

@@ -8,7 +8,10 @@ namespace {
 
 class Unprivileged : public CtlTest {
 protected:
-    void SetUp() override { LetNobodyIn(); }
+    void SetUp() override {
+        LetNobodyIn();
+        MakeTreeFolder(tree.Path(), "apache");
+    }
 };
 
 } // namespace
