@@ -23,6 +23,8 @@ const std::string staleStart = "#!/bin/sh\necho started on stale files\nexit 1\n
 class FailureReport : public CtlTest {
 protected:
     FailureReport() {
+        // Started by root, MySQL runs as its service account, which must reach the tree.
+        EXPECT_EQ(chmod(tree.Path().utf8_str(), 0755), 0);
         Write("kovix.ini", "APACHE_PORT = \"8080\"\n");
         Write("apache/php_8.2/php_source.ini", phpTemplate);
         Write("apache/php_8.2/php_initial.ini", phpTemplate);
