@@ -4,7 +4,6 @@
 #include "gui/LoadingControl.h"
 
 #include <wx/hyperlink.h>
-#include <wx/msgdlg.h>
 #include <wx/sizer.h>
 #include <wx/statbox.h>
 
@@ -49,11 +48,6 @@ bool ConfigDialog::SaveSucceeded(const wxThreadEvent& event) {
     ClearBusy();
     ShowFailures(failures);
     return false;
-}
-
-void ConfigDialog::ShowFailures(const wxString& failures) {
-    if (!failures.empty())
-        wxMessageBox(wxString(failures).Trim(), "Kovix", wxOK | wxICON_ERROR, this);
 }
 
 bool ConfigDialog::AcceptCompletion(const wxThreadEvent& event, bool progress) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "gui/ConfigWorkerSet.h"
+#include "gui/DialogParts.h"
 
 #include <wx/dialog.h>
 
@@ -41,8 +42,7 @@ protected:
     // For a save's completion: true when everything was written; otherwise says what was not
     // and leaves the dialog open, not busy, with the user's changes.
     bool SaveSucceeded(const wxThreadEvent& event);
-    // Shows what a job could not write, one file a line; nothing when there is none.
-    void ShowFailures(const wxString& failures);
+    void ShowFailures(const wxString& failures) { DialogParts::ShowFailures(this, failures); }
 
     // A "groupBox" framing a description pane and its documentation link ("link").
     wxStaticBoxSizer* DescriptionBox(wxWindow* page, int boxId, wxStaticText*& label, int labelId,

@@ -4,6 +4,7 @@
 
 #include <wx/button.h>
 #include <wx/listbox.h>
+#include <wx/msgdlg.h>
 #include <wx/scrolwin.h>
 #include <wx/sizer.h>
 #include <wx/statline.h>
@@ -76,6 +77,11 @@ wxStaticText* DescriptionPane(wxWindow* parent, int labelId, const wxString& nam
 
 wxWindow* PaneOf(wxStaticText* description) {
     return description->GetParent();
+}
+
+void ShowFailures(wxWindow* parent, const wxString& failures) {
+    if (!failures.empty())
+        wxMessageBox(wxString(failures).Trim(), "Kovix", wxOK | wxICON_ERROR, parent);
 }
 
 void OpenLink(const wxString& url) {

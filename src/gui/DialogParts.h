@@ -31,6 +31,9 @@ int SelectionBelow(const wxListBox* list, size_t count);
 // in the description font. The pane is what goes into a sizer.
 wxStaticText* DescriptionPane(wxWindow* parent, int labelId, const wxString& name);
 wxWindow* PaneOf(wxStaticText* description);
+// Shows what could not be written, one file a line, in a message box over parent; nothing when
+// failures is empty.
+void ShowFailures(wxWindow* parent, const wxString& failures);
 // Opens a documentation link in the browser; nothing for an empty link.
 void OpenLink(const wxString& url);
 // Shows text wrapped to the pane's width, scrolled to its start.

@@ -1,8 +1,10 @@
 #include "gui/WinPrefs.h"
 
 #include "core/AppSettings.h"
+#include "core/FileErrors.h"
 #include "core/TreeLock.h"
 #include "core/lang/LangTable.h"
+#include "gui/DialogParts.h"
 #include "platform/Platform.h"
 
 #include <wx/button.h>
@@ -139,6 +141,7 @@ void WinPrefs::OnOk(wxCommandEvent&) {
     settings.SetTextEditor(edit_TextEditor->GetValue());
     settings.SetBool(AppSettings::SITES_ENABLED, checkbox_Sites->GetValue());
     const TreeLock lock(wxPathOnly(settingsFile));
-    settings.SaveChanges(settingsFile);
+    if (!settings.SaveChanges(settingsFile))
+        DialogParts::ShowFailures(this, FileErrors::CannotWrite(settingsFile));
     EndModal(wxID_OK);
 }

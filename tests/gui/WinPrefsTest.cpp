@@ -52,6 +52,19 @@ TEST_F(WinPrefsTest, OkStoresEverySwitchAndTheEditorAndSavesTheFile) {
     EXPECT_EQ(saved.GetString(AppSettings::AUTO_RESTAT_CONFIG_CHANGED), "0");
 }
 
+TEST_F(WinPrefsTest, ASettingsFileThatCannotBeWrittenIsSaid) {
+    const wxString file = dir.File("gone/kovix.ini");
+    WinPrefs prefs(nullptr, settings, file);
+    wxString message, caption;
+    WhenModal([&] {
+        Check(prefs, WinPrefs::ID_START_SYSTRAY)->SetValue(true);
+        wxTEST_DIALOG(ClickButton(&prefs, WinPrefs::ID_OK), ExpectMessage(message, caption));
+    });
+    EXPECT_EQ(prefs.ShowModal(), wxID_OK);
+    EXPECT_EQ(message, "Cannot write " + file + ": No such file or directory");
+    EXPECT_TRUE(settings.GetStartInTray()) << "in force until the panel closes";
+}
+
 // The language applies at once, to the open dialog too, and stays after Cancel.
 TEST_F(WinPrefsTest, CancelWritesNothingButTheLanguageChoiceStays) {
     WinPrefs prefs(nullptr, settings, dir.File("kovix.ini"));
