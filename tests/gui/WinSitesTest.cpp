@@ -69,6 +69,24 @@ TEST_F(WinSitesTest, ListsTheSitesAndStoresTheHttpsSwitchAndPortAtOnce) {
     EXPECT_EQ(saved.GetHttpsPort(), 9443);
 }
 
+// A kovix.ini that cannot be replaced (here a folder of that name) is said at once.
+TEST_F(WinSitesTest, ASettingsFileThatCannotBeWrittenIsSaid) {
+    MakeTreeFolder(tree.Path(), "kovix.ini");
+    WinSites sites(nullptr, settings, paths);
+    wxString message, caption;
+    WhenModal([&] {
+        auto* serve = Control<wxCheckBox>(&sites, WinSites::ID_HTTPS);
+        serve->SetValue(true);
+        wxCommandEvent toggled(wxEVT_CHECKBOX, WinSites::ID_HTTPS);
+        toggled.SetInt(1);
+        wxTEST_DIALOG(serve->GetEventHandler()->ProcessEvent(toggled),
+                      ExpectMessage(message, caption));
+        ClickButton(&sites, WinSites::ID_CLOSE);
+    });
+    sites.ShowModal();
+    EXPECT_EQ(message, "Cannot write " + paths.SettingsFile() + ": Is a directory");
+}
+
 // The worker runs mkcert (here a script) and its answer comes back as a message, success or not.
 TEST_F(WinSitesTest, TrustRunsMkcertOnTheWorkerAndSaysWhatCameOfIt) {
     const wxString fake = tree.File("fake-mkcert");

@@ -1,9 +1,11 @@
 #include "gui/sites/WinSites.h"
 
 #include "core/AppSettings.h"
+#include "core/FileErrors.h"
 #include "core/lang/LangTable.h"
 #include "core/sites/LocalCertificate.h"
 #include "core/sites/SiteConfig.h"
+#include "gui/DialogParts.h"
 #include "platform/Platform.h"
 
 #include <wx/button.h>
@@ -134,13 +136,18 @@ void WinSites::OnOpenHttps(wxCommandEvent&) {
 
 void WinSites::OnHttps(wxCommandEvent&) {
     settings.SetBool(AppSettings::HTTPS_ENABLED, checkbox_Https->GetValue());
-    settings.Save(paths.SettingsFile());
+    SaveSettings();
     UpdateButtons();
 }
 
 void WinSites::OnHttpsPort(wxSpinEvent&) {
     settings.SetString(AppSettings::HTTPS_PORT, wxString::Format("%d", spin_HttpsPort->GetValue()));
-    settings.Save(paths.SettingsFile());
+    SaveSettings();
+}
+
+void WinSites::SaveSettings() {
+    if (!settings.Save(paths.SettingsFile()))
+        DialogParts::ShowFailures(this, FileErrors::CannotWrite(paths.SettingsFile()));
 }
 
 void WinSites::OnTrust(wxCommandEvent&) {

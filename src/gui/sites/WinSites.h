@@ -43,6 +43,8 @@ private:
     void FillList();
     void UpdateButtons();
     void Open(bool https);
+    // Writes the settings at once; says so when the file cannot be written.
+    void SaveSettings();
 
     void OnSelect(wxListEvent& event);
     void OnOpenHttp(wxCommandEvent& event);
