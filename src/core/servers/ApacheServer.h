@@ -14,7 +14,9 @@ public:
     explicit ApacheServer(const InstallPaths& paths);
 
     // Generates the configuration and starts Apache, unless the child of the last start is still
-    // active (then it does nothing). False only when a start is already in progress.
+    // active (then it does nothing). A configuration that could not be generated, or a program
+    // that cannot run, starts nothing; ReadOutput says why. False only when a start is already
+    // in progress.
     bool Start();
     void Stop();
 

@@ -23,8 +23,9 @@ public:
     explicit MysqlServer(const InstallPaths& paths);
 
     // Does nothing while the child of the last start is active. Refuses (and says why through
-    // ReadOutput) when the tree lies so deep that the socket path would be too long, and, under
-    // the administrator, when the service account is missing or cannot reach the tree.
+    // ReadOutput) when my.ini could not be generated, when the tree lies so deep that the socket
+    // path would be too long, and, under the administrator, when the service account is missing
+    // or cannot reach the tree.
     void Start();
     // Asks the admin tool to shut the server down; does nothing while an earlier shutdown runs.
     // Returns at once: the server is gone a moment later.
