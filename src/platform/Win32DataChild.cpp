@@ -139,6 +139,8 @@ bool Win32Platform::SaveFileAtomically(const wxString& path, const std::string& 
     CloseHandle(file);
     if (whole && ReplaceFile(scratch, path))
         return true;
+    const DWORD reason = GetLastError(); // the caller tells the step's failure, not the clean-up's
     DeleteFileW(scratch.wc_str());
+    SetLastError(reason);
     return false;
 }

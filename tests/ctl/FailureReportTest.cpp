@@ -1,7 +1,7 @@
 // kovixctl says why what it was asked could not be done: every file it could not write, read or
 // remove is named with the system's reason (exit 1), a server whose configuration could not be
 // generated is not started on the old files, and a program that cannot run says why.
-#include "ctl/CtlTesting.h"
+#include "ctl/NobodyTesting.h"
 
 #include <wx/filefn.h>
 
@@ -20,7 +20,7 @@ const std::string apacheTemplate = "Listen {APACHE_PORT}\n"
 const std::string staleStart = "#!/bin/sh\necho started on stale files\nexit 1\n";
 
 // A tree with every template, its live files from an earlier generation, logs and sessions.
-class FailureReport : public CtlTest {
+class FailureReport : public NobodyCtlTest {
 protected:
     FailureReport() {
         // Started by root, MySQL runs as its service account, which must reach the tree.

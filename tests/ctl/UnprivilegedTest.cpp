@@ -1,12 +1,12 @@
 // kovixctl run by an ordinary account (nobody): what it may not do is refused before anything
 // starts, in the user's language.
-#include "ctl/CtlTesting.h"
+#include "ctl/NobodyTesting.h"
 
 #include <wx/filefn.h>
 
 namespace {
 
-class Unprivileged : public CtlTest {
+class Unprivileged : public NobodyCtlTest {
 protected:
     void SetUp() override {
         LetNobodyIn();
