@@ -54,8 +54,10 @@ wxString WaitForStart(StackController& stack, Server& server, const wxString& na
     stack.WaitUntil(
         [&] {
             output += server.ReadOutput();
-            accepting = accepts();
-            return accepting || !server.HasActiveChild();
+            // Only the child of this start counts: another server may answer on the port.
+            const bool active = server.HasActiveChild();
+            accepting = active && accepts();
+            return accepting || !active;
         },
         StackController::StopTimeoutMs);
     if (!accepting) {

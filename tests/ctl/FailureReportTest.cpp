@@ -2,6 +2,7 @@
 // remove is named with the system's reason (exit 1), a server whose configuration could not be
 // generated is not started on the old files, and a program that cannot run says why.
 #include "ctl/NobodyTesting.h"
+#include "support/TestTree.h"
 
 #include <wx/filefn.h>
 
@@ -25,7 +26,9 @@ protected:
     FailureReport() {
         // Started by root, MySQL runs as its service account, which must reach the tree.
         EXPECT_EQ(chmod(tree.Path().utf8_str(), 0755), 0);
-        Write("kovix.ini", "APACHE_PORT = \"8080\"\n");
+        // Free ports: a port another server holds would be refused before anything is said.
+        Write("kovix.ini",
+              wxString::Format("APACHE_PORT = \"%d\"\n", TestTree::FreePort()).utf8_string());
         Write("apache/php_8.2/php_source.ini", phpTemplate);
         Write("apache/php_8.2/php_initial.ini", phpTemplate);
         Write("apache/conf/httpd_source.conf", apacheTemplate);
@@ -35,7 +38,11 @@ protected:
         Write("apache/logs/access.log", "old\n");
         Write("apache/sessions/sess_1", "old\n");
         Write("mail/20261123-101500-1.eml", "Subject: kept\n\nhello\n");
-        Write("mysql/my_source.ini", "[mysqld]\nlog-error=\"{MYSQLDATAPATH}/kovix.err\"\n");
+        Write("mysql/my_source.ini",
+              wxString::Format("[mysqld]\nport=%d\nlog-error=\"{MYSQLDATAPATH}"
+                               "/kovix.err\"\n",
+                               TestTree::FreePort())
+                  .utf8_string());
         Write("mysql/my.ini", "[mysqld]\nlog-error=\"/another/tree/mysql/data/kovix.err\"\n");
         Write("mysql/data/kovix.err", "an error of the tree this one was copied from\n");
         Program("apache/bin/httpd", staleStart);
@@ -64,6 +71,7 @@ protected:
 } // namespace
 
 TEST_F(ReadOnlyTree, EveryFailedWriteIsNamedWithTheSystemsReasonAndNothingChanges) {
+    const std::string settings = Read("kovix.ini");
     ExpectRefusedWrite({"generate"}, "apache/conf/httpd.conf");
     ExpectRefusedWrite({"generate"}, "mysql/my.ini");
     ExpectRefusedWrite({"restore", "apache"}, "apache/conf/httpd_source.conf");
@@ -92,9 +100,9 @@ TEST_F(ReadOnlyTree, EveryFailedWriteIsNamedWithTheSystemsReasonAndNothingChange
                               ": Permission denied\n");
     EXPECT_EQ(Read("apache/conf/httpd.conf"), "old httpd.conf\n");
     EXPECT_EQ(Read("apache/sessions/sess_1"), "old\n");
-    EXPECT_EQ(Read("kovix.ini"), "APACHE_PORT = \"8080\"\n");
+    EXPECT_EQ(Read("kovix.ini"), settings);
 
-    Write("kovix.ini", "APACHE_PORT = \"8080\"\nCURRENT_LANG = \"fr\"\n");
+    Write("kovix.ini", settings + "CURRENT_LANG = \"fr\"\n");
     const CommandResult french = CtlAsNobody({"port", "8081"});
     EXPECT_EQ(french.exitCode, 1);
     EXPECT_TRUE(french.err.StartsWith(wxString::FromUTF8("Impossible d'écrire ") +
