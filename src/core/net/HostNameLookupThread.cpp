@@ -64,11 +64,12 @@ std::unique_ptr<HostNameLookupThread> HostNameLookupThread::Start(const Hosts& h
     return thread;
 }
 
+// Delete asks a joinable thread to stop and joins it: a Wait after it would join twice, which
+// Windows refuses (its thread handle is already closed) with an error box that outlives the panel.
+// Blocking, not yielding: no window message may run while the owner is being destroyed.
 HostNameLookupThread::~HostNameLookupThread() {
-    if (!started)
-        return;
-    Delete();
-    Wait();
+    if (started)
+        Delete(nullptr, wxTHREAD_WAIT_BLOCK);
 }
 
 wxString HostNameLookupThread::FindPublicIp(const wxString& page) {
