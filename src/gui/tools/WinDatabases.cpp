@@ -36,7 +36,7 @@ WinDatabases::WinDatabases(wxWindow* parent, const InstallPaths& treePaths)
 WinDatabases::~WinDatabases() {
     if (worker) {
         worker->Stop();
-        worker->Wait();
+        worker->Wait(wxTHREAD_WAIT_BLOCK);
     }
 }
 
@@ -150,7 +150,7 @@ void WinDatabases::OnProgress(wxThreadEvent& event) {
 
 void WinDatabases::OnDone(wxThreadEvent& event) {
     if (worker) {
-        worker->Wait();
+        worker->Wait(wxTHREAD_WAIT_BLOCK);
         worker.reset();
     }
     for (wxButton* button : buttons)
