@@ -1,8 +1,10 @@
 #!/usr/bin/env bash
 # Runs the real kovix.exe under Wine on a virtual display against the Windows tree skeleton, in
 # English and in French: waits for its main window, takes its picture (windows-kovix-LANG.png in
-# SHOTS_DIR) and ends it (taskkill /f). Under Wine a WM_CLOSE from taskkill does not reach the
-# window (its tray icon keeps the program), so the orderly close is the window test's business.
+# SHOTS_DIR) and closes it as a user would, then checks that the program ended by itself with
+# status 0 and saved its settings on the way out. English is closed by its close box (the test
+# child posts the system menu's Close to the window), French by a plain taskkill, which sends
+# WM_CLOSE to every top-level window of the program, hidden ones included.
 #   windows-panel.sh BUILD_DIR [SHOTS_DIR]      (BUILD_DIR: the mingw build)
 set -euo pipefail
 here="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
@@ -14,6 +16,7 @@ fi
 
 prefix="$build/wine-x11"
 tree="$build/kovix-exe-tree"
+child="$build/tests/windows/windows_child.exe"
 export KOVIX_WINE_GRAPHICS=x11
 fail() {
     echo "windows-panel: $*" >&2
@@ -29,6 +32,9 @@ mkdir -p "$shots"
 
 window_shown() { xwininfo -root -tree 2>/dev/null | grep -q '"Kovix[^"]*": ("kovix.exe"'; }
 
+close_by_box() { "$here/scripts/wine-run.sh" "$prefix" "$child" close "$1"; }
+close_by_taskkill() { WINEPREFIX="$prefix" WINEDEBUG=-all wine taskkill /im kovix.exe >/dev/null 2>&1; }
+
 for language in en fr; do
     printf 'CURRENT_LANG = "%s"\nSTART_ON_START = "0"\n\n' "$language" >"$tree/kovix.ini"
     "$here/scripts/wine-run.sh" "$prefix" "$tree/kovix.exe" &
@@ -37,15 +43,26 @@ for language in en fr; do
     window_shown || fail "no main window of kovix.exe ($language) within 60 s"
     sleep 8 # the first paint is slow under Wine
     # The largest X window named Kovix is the main window (Wine also makes small helper ones).
-    window=$(xwininfo -root -tree | grep '"Kovix[^"]*": ("kovix.exe"' |
-        sed -E 's/^ *(0x[0-9a-f]+) .* ([0-9]+)x([0-9]+)\+.*/\2 \3 \1/' | sort -n -k1,1 -k2,2 | tail -n 1 |
-        cut -d' ' -f3)
+    read -r window title < <(xwininfo -root -tree | grep '"Kovix[^"]*": ("kovix.exe"' |
+        sed -E 's/^ *(0x[0-9a-f]+) "([^"]*)".* ([0-9]+)x([0-9]+)\+.*/\3 \4 \1 \2/' |
+        sort -n -k1,1 -k2,2 | tail -n 1 | cut -d' ' -f3-)
     geometry=$(xwininfo -id "$window" | awk '/Absolute upper-left X/ {x=$4} /Absolute upper-left Y/ {y=$4}
         /Width:/ {w=$2} /Height:/ {h=$2} END {printf "%dx%d+%d+%d", w, h, x, y}')
     import -window root -crop "$geometry" +repage "$shots/windows-kovix-$language.png"
-    WINEPREFIX="$prefix" WINEDEBUG=-all wine taskkill /f /im kovix.exe >/dev/null 2>&1 || true
+
+    if [ "$language" = en ]; then
+        how="its close box"
+        close_by_box "$title" || fail "no window \"$title\" to close"
+    else
+        how="taskkill"
+        close_by_taskkill || fail "taskkill found no kovix.exe"
+    fi
     for _ in $(seq 300); do kill -0 "$wine_pid" 2>/dev/null || break; sleep 0.1; done
-    kill -0 "$wine_pid" 2>/dev/null && fail "kovix.exe ($language) did not close within 30 s"
-    wait "$wine_pid" || true
-    echo "windows-panel: kovix.exe ($language) showed its main window ($geometry)"
+    kill -0 "$wine_pid" 2>/dev/null && fail "kovix.exe ($language) still runs 30 s after $how"
+    status=0
+    wait "$wine_pid" || status=$?
+    [ "$status" = 0 ] || fail "kovix.exe ($language) ended with status $status after $how"
+    grep -q '^PHP_CURRENT_VERSION = ' "$tree/kovix.ini" ||
+        fail "kovix.exe ($language) did not save its settings on closing"
+    echo "windows-panel: kovix.exe ($language) showed \"$title\" ($geometry) and closed by $how"
 done

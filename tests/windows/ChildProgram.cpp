@@ -2,6 +2,8 @@
 //   child print ARGS...  prints each argument, its working folder, KOVIX_PROBE and the first PATH
 //                        entry, one "name:value" a line, then exits with 3;
 //   child listen         listens on a free loopback port, prints "port:N" and waits;
+//   child close TITLE    clicks the close box of the top-level window called TITLE (the system
+//                        menu's Close, which becomes its WM_CLOSE); exits with 1 when none is;
 //   child sleep          waits. Waiting ends after a minute at most.
 #include <winsock2.h>
 
@@ -17,7 +19,7 @@ std::string Variable(const char* name) {
     char value[32768];
     const DWORD length = GetEnvironmentVariableA(name, value, sizeof value);
     return length == 0 && GetLastError() == ERROR_ENVVAR_NOT_FOUND ? "<unset>"
-                                                                    : std::string(value, length);
+                                                                   : std::string(value, length);
 }
 
 int Print(int argc, char** argv) {
@@ -50,6 +52,11 @@ int Listen() {
     return 0;
 }
 
+int CloseWindow(const char* title) {
+    const HWND window = FindWindowA(nullptr, title);
+    return window && PostMessageA(window, WM_SYSCOMMAND, SC_CLOSE, 0) ? 0 : 1;
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -58,6 +65,8 @@ int main(int argc, char** argv) {
         return Print(argc, argv);
     if (mode == "listen")
         return Listen();
+    if (mode == "close" && argc > 2)
+        return CloseWindow(argv[2]);
     Sleep(60000);
     return 0;
 }
