@@ -2,6 +2,7 @@
 
 #include <wx/choice.h>
 #include <wx/combobox.h>
+#include <wx/evtloop.h>
 #include <wx/stopwatch.h>
 #include <wx/textctrl.h>
 
@@ -10,6 +11,13 @@ bool WaitFor(const std::function<bool()>& condition, int timeoutMs) {
     while (!condition()) {
         if (watch.Time() > timeoutMs)
             return condition();
+        // Yield(true) does nothing inside another yield: a wait run from the events of another
+        // wait (two WhenModal actions, say) would see nothing arrive and only time out.
+        if (const wxEventLoopBase* loop = wxEventLoopBase::GetActive();
+            loop && loop->IsYielding()) {
+            ADD_FAILURE() << "WaitFor inside another wait's events: nothing can arrive there";
+            return false;
+        }
         wxTheApp->Yield(true);
         wxMilliSleep(5);
     }

@@ -8,8 +8,10 @@
 #include "gui/WinKovix.h"
 #include "gui/WinPrefs.h"
 #include "gui/apache/WinApacheConf.h"
+#include "gui/php/WinPHPExt.h"
 #include "windows/WindowsTesting.h"
 
+#include <wx/checklst.h>
 #include <wx/dcmemory.h>
 #include <wx/dcscreen.h>
 #include <wx/utils.h>
@@ -48,10 +50,13 @@ bool IsReady(const WinPrefs&) {
     return true; // reads nothing in the background
 }
 
-// Shows dialog modally, pictures it once its template is read, and cancels it.
-template <class Dialog> void ShootAndCancel(Dialog& dialog, const wxString& name) {
+// Shows dialog modally, checks and pictures it once its template is read, and cancels it.
+template <class Dialog>
+void ShootAndCancel(
+    Dialog& dialog, const wxString& name, const std::function<void()>& check = [] {}) {
     WhenModal([&] {
         EXPECT_TRUE(WaitFor([&] { return IsReady(dialog); }));
+        check();
         Shoot(dialog, name);
         dialog.EndModal(wxID_CANCEL);
     });
@@ -89,8 +94,7 @@ TEST_F(PanelTest, TheMainWindowSpeaksEnglishAndFrench) {
     EXPECT_NE(labels[1], labels[0]);
 }
 
-// The PHP dialog is left out: under Wine its worker never reports back (see the README).
-TEST_F(PanelTest, PreferencesAndTheApacheDialogOpenOnTheWindowsTree) {
+TEST_F(PanelTest, PreferencesAndBothConfigurationDialogsOpenOnTheWindowsTree) {
     ASSERT_FALSE(root.empty());
     InitLangTable(settings, "en");
     {
@@ -100,5 +104,17 @@ TEST_F(PanelTest, PreferencesAndTheApacheDialogOpenOnTheWindowsTree) {
     {
         WinApacheConf dialog(nullptr, paths);
         ShootAndCancel(dialog, "apache-en");
+    }
+    {
+        WinPHPExt dialog(nullptr, paths);
+        ShootAndCancel(dialog, "php-en", [&] {
+            const auto* list = Control<wxCheckListBox>(&dialog, WinPHPExt::ID_EXTENSIONS);
+            ASSERT_TRUE(list);
+            const int gd = list->FindString("gd", true), xsl = list->FindString("xsl", true);
+            ASSERT_NE(gd, wxNOT_FOUND);
+            ASSERT_NE(xsl, wxNOT_FOUND);
+            EXPECT_TRUE(list->IsChecked(gd));
+            EXPECT_FALSE(list->IsChecked(xsl));
+        });
     }
 }
