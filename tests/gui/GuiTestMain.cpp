@@ -25,6 +25,17 @@ void FailOnAssert(const wxString& file, int line, const wxString& function,
         << "wx assertion in " << function << ": " << condition << " " << message;
 }
 
+// Writes every message to stderr; an error, which the panel would show in a box, fails the test.
+class FailOnError : public wxLogStderr {
+protected:
+    void DoLogRecord(wxLogLevel level, const wxString& message,
+                     const wxLogRecordInfo& info) override {
+        if (level <= wxLOG_Error)
+            ADD_FAILURE() << "error logged: " << message;
+        wxLogStderr::DoLogRecord(level, message, info);
+    }
+};
+
 } // namespace
 
 wxIMPLEMENT_APP_NO_MAIN(TestApp);
@@ -37,7 +48,7 @@ int main(int argc, char** argv) {
     }
     wxTheApp->CallOnInit();
     wxSetAssertHandler(FailOnAssert);
-    wxLog::SetActiveTarget(new wxLogStderr);
+    wxLog::SetActiveTarget(new FailOnError);
     wxInitAllImageHandlers();
     TextFiles::InitEncoding();
     // Windows built by the tests look their network answers up on a closed loopback port.
