@@ -1,4 +1,5 @@
 #include "core/AppSettings.h"
+#include "platform/Platform.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -60,8 +61,8 @@ TEST(AppSettingsValues, BooleansPortOnlineModeAndEditor) {
         settings.SetString("APACHE_MODE", text);
         EXPECT_EQ(settings.IsOnline(), *text == '1') << text;
     }
-    settings.SetTextEditor("");
-    EXPECT_EQ(settings.GetTextEditor(), "xdg-open");
+    settings.SetTextEditor(""); // the platform's own: "xdg-open", "notepad.exe"
+    EXPECT_EQ(settings.GetTextEditor(), Platform::Get().DefaultTextEditor());
 }
 
 TEST(AppSettingsFile, SavingChangesKeepsWhatAnotherProgramWroteMeanwhile) {
