@@ -1,6 +1,8 @@
 #include "ctl/CtlTesting.h"
 
+#include <nlohmann/json.hpp>
 #include <wx/filefn.h>
+#include <wx/filename.h>
 
 namespace {
 
@@ -21,6 +23,11 @@ const std::string handWrittenTemplate = "Listen 80\n"
                                         "</VirtualHost>\n";
 const char* const templatePath = "apache/conf/httpd_source.conf";
 
+// path with the platform's separators, as kovixctl names files.
+std::string NativePath(const wxString& path) {
+    return wxFileName(path).GetFullPath().utf8_string();
+}
+
 class CtlApacheTest : public CtlTest {
 protected:
     CtlApacheTest() { Write(templatePath, handWrittenTemplate); }
@@ -36,8 +43,8 @@ protected:
 TEST_F(CtlApacheTest, ExportImportExportGivesTheSameDocument) {
     const CommandResult first = Ctl({"apache", "vhosts", "--json"});
     EXPECT_EQ(first.out.utf8_string(),
-              R"({"path":")" + tree.File(templatePath).utf8_string() +
-                  R"(","hosts":[{"address":"*:80","ServerName":"test.local","ServerAlias":"",)"
+              R"({"path":)" + nlohmann::json(NativePath(tree.File(templatePath))).dump() +
+                  R"(,"hosts":[{"address":"*:80","ServerName":"test.local","ServerAlias":"",)"
                   R"("DocumentRoot":"{DOCUMENTPATH}/test","aliases":[{"name":"/img",)"
                   R"("folder":"{DOCUMENTPATH}/img"}],"directories":[{"path":"{DOCUMENTPATH}/test",)"
                   R"("FollowSymLinks":true,"Includes":false,"Indexes":true,"MultiViews":false,)"

@@ -2,6 +2,7 @@
 
 #include <nlohmann/json.hpp>
 #include <wx/filefn.h>
+#include <wx/textbuf.h>
 
 #include <map>
 
@@ -44,11 +45,11 @@ TEST_F(CtlPhpSettings, ListsTheTwentyFiveSettingsInDirectiveOrder) {
 TEST_F(CtlPhpSettings, SetRewritesOnlyTheDirectiveLines) {
     const CommandResult set = Ctl({"php", "set", "short_open_tag", "on"});
     ASSERT_EQ(set.exitCode, 0) << set.err;
-    EXPECT_EQ(Read(templatePath), "[PHP]\n"
-                                  "short_open_tag = On\n"
-                                  "display_errors = On\n"
-                                  "log_errors = 1\n"
-                                  "session.use_cookies = On\n");
+    // Written back with the platform's own line ends.
+    const std::string eol = wxString(wxTextBuffer::GetEOL()).utf8_string();
+    EXPECT_EQ(Read(templatePath), "[PHP]" + eol + "short_open_tag = On" + eol +
+                                      "display_errors = On" + eol + "log_errors = 1" + eol +
+                                      "session.use_cookies = On" + eol);
     EXPECT_FALSE(wxFileExists(tree.File(templatePath) + ".temp"));
 }
 

@@ -40,9 +40,10 @@ TEST_F(CtlSettings, UsageErrorsExitTwoAndWriteNothing) {
 }
 
 TEST_F(CtlSettings, AMissingRootFolderOrOneThatIsNoTreeIsNamed) {
-    const CommandResult start = RunCommand({KOVIXCTL_PATH, "--root", "/nonexistent", "start"});
+    const wxString missing = tree.Path() + wxFILE_SEP_PATH + "missing";
+    const CommandResult start = RunCommand({KOVIXCTL_PATH, "--root", missing, "start"});
     EXPECT_EQ(start.exitCode, 1);
-    EXPECT_EQ(start.err, "No Kovix folder at /nonexistent: it does not exist.\n");
+    EXPECT_EQ(start.err, "No Kovix folder at " + missing + ": it does not exist.\n");
     for (const char* command : {"start", "generate"}) {
         const CommandResult empty = Ctl({command});
         EXPECT_EQ(empty.exitCode, 1);

@@ -31,6 +31,9 @@ CommandResult RunCommand(const std::vector<wxString>& argv) {
     result.exitCode = static_cast<int>(wxExecute(pointers.data(), wxEXEC_SYNC, &process));
     result.out = Drain(process.GetInputStream());
     result.err = Drain(process.GetErrorStream());
+    // A Windows console program's "\n" reaches the pipe as CR LF; the tests compare lines.
+    result.out.Replace("\r\n", "\n");
+    result.err.Replace("\r\n", "\n");
     return result;
 }
 

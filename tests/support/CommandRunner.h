@@ -11,7 +11,7 @@ struct CommandResult {
     wxString err;
 };
 
-// Runs argv to completion (no shell), capturing standard output and error.
+// Runs argv to completion (no shell), capturing standard output and error with "\n" line ends.
 CommandResult RunCommand(const std::vector<wxString>& argv);
 // Runs a command line through /bin/sh -c.
 CommandResult RunShell(const wxString& commandLine);
