@@ -69,10 +69,16 @@ TEST_F(SharedTree, ParallelStartsRunOneMysqldAndStopsRightAfterAStartEndIt) {
     ASSERT_EQ(Ctl({"stop"}).exitCode, 0);
     TestTree::ReapEndedServers();
 
+    // The delays count from the moment the start holds the tree's lock: a stop that came first
+    // would find nothing to stop, rightly.
+    const wxString startHoldsTheLock = "for i in $(seq 2000); do flock -n " +
+                                       Quoted(tree.File("kovix.lock")) +
+                                       " true || break; sleep 0.001; done; ";
     for (const char* delay : {"0", "0.02", "0.05"}) {
         const CommandResult both =
-            RunShell(start + " mysql & sleep " + delay + "; " + Quoted(KOVIXCTL_PATH) + " --root " +
-                     Quoted(tree.Root()) + " stop; code=$?; wait; exit $code");
+            RunShell(start + " mysql & " + startHoldsTheLock + "sleep " + delay + "; " +
+                     Quoted(KOVIXCTL_PATH) + " --root " + Quoted(tree.Root()) +
+                     " stop; code=$?; wait; exit $code");
         EXPECT_EQ(both.exitCode, 0) << delay << " s: " << both.err;
         TestTree::ReapEndedServers();
         EXPECT_EQ(Count("mysqld") + Count("mysqladmin"), 0u) << delay << " s";
