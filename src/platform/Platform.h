@@ -59,6 +59,23 @@ struct ProcessorTimes {
     std::uint64_t machine = 0;
 };
 
+// One entry of the process table as a single pass lists it, before anything of the process is
+// read. The token changes when the pid is given to another process (Linux: the inode number of the
+// process's /proc folder, new for each process), so a cache can skip a process it has seen.
+struct ProcessListing {
+    long pid = 0;
+    std::uint64_t token = 0;
+};
+
+// What a lookup by name reads of one process. The pid and the start time (in the system's own
+// units) together name one process: a reused pid comes with another start time.
+struct ProcessFacts {
+    std::uint64_t startTime = 0;
+    std::uint64_t ageMs = 0;
+    wxString name;     // the executable's file name, as FindProcessesByNames compares it
+    bool live = false; // false for a zombie
+};
+
 // The operating-system services the panel needs beyond wxWidgets. One implementation per system;
 // nothing outside src/platform asks the system directly.
 class Platform {
@@ -110,6 +127,10 @@ public:
     std::vector<long> FindProcessesByName(const wxString& name) {
         return FindProcessesByNames({name}).front();
     }
+    // Every process of the table, cheaply: nothing of a process is read.
+    virtual std::vector<ProcessListing> ListProcesses() = 0;
+    // Reads one process's facts; false when it is gone or cannot be read.
+    virtual bool ReadProcessFacts(long pid, ProcessFacts& facts) = 0;
     virtual void KillProcess(long pid) = 0;
     virtual bool ReadProcessorTimes(long pid, ProcessorTimes& times) = 0;
     // True when the process's working folder, executable or command line lies in folder.

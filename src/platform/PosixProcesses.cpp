@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstring>
+#include <ctime>
 #include <dirent.h>
 #include <fcntl.h>
 #include <fstream>
@@ -20,19 +21,26 @@
 
 namespace {
 
-// Numeric entries of a /proc-like folder.
-std::vector<long> NumericEntries(const std::string& folder) {
-    std::vector<long> numbers;
+// Numeric entries of a /proc-like folder with their inode numbers.
+std::vector<ProcessListing> NumericEntriesWithInodes(const std::string& folder) {
+    std::vector<ProcessListing> entries;
     DIR* dir = opendir(folder.c_str());
     if (!dir)
-        return numbers;
+        return entries;
     while (dirent* entry = readdir(dir)) {
         char* end = nullptr;
         long number = std::strtol(entry->d_name, &end, 10);
         if (end != entry->d_name && *end == '\0')
-            numbers.push_back(number);
+            entries.push_back({number, static_cast<std::uint64_t>(entry->d_ino)});
     }
     closedir(dir);
+    return entries;
+}
+
+std::vector<long> NumericEntries(const std::string& folder) {
+    std::vector<long> numbers;
+    for (const ProcessListing& entry : NumericEntriesWithInodes(folder))
+        numbers.push_back(entry.pid);
     return numbers;
 }
 
@@ -77,16 +85,23 @@ bool IsLive(char state) {
     return state != '\0' && state != 'Z' && state != 'X';
 }
 
+// Milliseconds since boot on the clock that /proc's start times count on.
+std::uint64_t BootClockMs() {
+    timespec now{};
+    clock_gettime(CLOCK_BOOTTIME, &now);
+    return static_cast<std::uint64_t>(now.tv_sec) * 1000 +
+           static_cast<std::uint64_t>(now.tv_nsec) / 1000000;
+}
+
 std::string ReadLink(const std::string& path) {
     char target[4096];
     ssize_t length = readlink(path.c_str(), target, sizeof target - 1);
     return length > 0 ? std::string(target, static_cast<size_t>(length)) : std::string();
 }
 
-// The fields of /proc/<pid>/stat after the parenthesised name (which may hold blanks): the
-// state comes first.
-std::vector<std::string> StatFields(long pid) {
-    std::string line = ReadFirstLine(ProcPath(pid, "stat"));
+// The fields of a /proc/<pid>/stat line after the parenthesised name (which may hold blanks):
+// the state comes first.
+std::vector<std::string> FieldsAfterName(const std::string& line) {
     size_t close = line.rfind(')');
     std::vector<std::string> fields;
     if (close == std::string::npos)
@@ -96,6 +111,10 @@ std::vector<std::string> StatFields(long pid) {
     while (in >> field)
         fields.push_back(field);
     return fields;
+}
+
+std::vector<std::string> StatFields(long pid) {
+    return FieldsAfterName(ReadFirstLine(ProcPath(pid, "stat")));
 }
 
 std::uint64_t MachineTicks() {
@@ -192,6 +211,29 @@ PosixPlatform::FindProcessesByNames(const std::vector<wxString>& names) {
     }
     close(proc);
     return found;
+}
+
+// Every /proc folder is a new inode when a process gets it, so the inode number is the token.
+std::vector<ProcessListing> PosixPlatform::ListProcesses() {
+    return NumericEntriesWithInodes("/proc");
+}
+
+// One read of /proc/<pid>/stat: "pid (name) state ...". The start time, in clock ticks since
+// boot, is field 22 of the line (20th after the name).
+bool PosixPlatform::ReadProcessFacts(long pid, ProcessFacts& facts) {
+    const std::string line = ReadFirstLine(ProcPath(pid, "stat"));
+    const std::vector<std::string> fields = FieldsAfterName(line);
+    const size_t open = line.find('(');
+    if (fields.size() < 20 || open == std::string::npos)
+        return false;
+    facts.startTime = std::strtoull(fields[19].c_str(), nullptr, 10);
+    const std::uint64_t startMs =
+        facts.startTime * 1000 / static_cast<std::uint64_t>(sysconf(_SC_CLK_TCK));
+    const std::uint64_t nowMs = BootClockMs();
+    facts.ageMs = nowMs > startMs ? nowMs - startMs : 0;
+    facts.name = wxString::FromUTF8(line.substr(open + 1, line.rfind(')') - open - 1));
+    facts.live = IsLive(fields[0][0]);
+    return true;
 }
 
 void PosixPlatform::KillProcess(long pid) {

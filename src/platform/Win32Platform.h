@@ -27,6 +27,8 @@ public:
                                               const wxString& errorFile) override;
     std::vector<std::vector<long>>
     FindProcessesByNames(const std::vector<wxString>& names) override;
+    std::vector<ProcessListing> ListProcesses() override;
+    bool ReadProcessFacts(long pid, ProcessFacts& facts) override;
     void KillProcess(long pid) override;
     bool ReadProcessorTimes(long pid, ProcessorTimes& times) override;
     bool ProcessLivesIn(long pid, const wxString& folder) override;

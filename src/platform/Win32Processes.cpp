@@ -5,6 +5,7 @@
 #include <afunix.h>
 #include <iphlpapi.h>
 #include <psapi.h>
+#include <tlhelp32.h>
 
 #include <algorithm>
 #include <cstring>
@@ -164,6 +165,42 @@ Win32Platform::FindProcessesByNames(const std::vector<wxString>& names) {
                 found[i].push_back(static_cast<long>(pid));
     }
     return found;
+}
+
+// The snapshot names every process without opening it. A reused pid usually comes with another
+// parent or program, which changes the token; one that does not keeps its name, and a lookup
+// reads the facts of every process of a wanted name anyway.
+std::vector<ProcessListing> Win32Platform::ListProcesses() {
+    std::vector<ProcessListing> listed;
+    HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0);
+    if (snapshot == INVALID_HANDLE_VALUE)
+        return listed;
+    PROCESSENTRY32W entry{};
+    entry.dwSize = sizeof entry;
+    for (BOOL more = Process32FirstW(snapshot, &entry); more;
+         more = Process32NextW(snapshot, &entry)) {
+        std::uint64_t token = entry.th32ParentProcessID; // FNV-1a over the parent and the name
+        for (const wchar_t* c = entry.szExeFile; *c; ++c)
+            token = (token ^ static_cast<std::uint64_t>(*c)) * 1099511628211ULL;
+        listed.push_back({static_cast<long>(entry.th32ProcessID), token});
+    }
+    CloseHandle(snapshot);
+    return listed;
+}
+
+// The start time is the creation time in 100 ns units. A process that cannot be opened (another
+// user's, the system's) is not read, as FindProcessesByNames skips it.
+bool Win32Platform::ReadProcessFacts(long pid, ProcessFacts& facts) {
+    ProcessHandle process(pid, QUERY_RIGHTS);
+    FILETIME created, exited, kernel, user, now;
+    if (!process || !GetProcessTimes(process.Get(), &created, &exited, &kernel, &user))
+        return false;
+    GetSystemTimeAsFileTime(&now);
+    facts.startTime = Ticks(created);
+    facts.ageMs = Ticks(now) > facts.startTime ? (Ticks(now) - facts.startTime) / 10000 : 0;
+    facts.name = FileNameOf(ExecutableOf(process.Get()));
+    facts.live = IsRunning(process.Get());
+    return true;
 }
 
 void Win32Platform::KillProcess(long pid) {

@@ -1,5 +1,6 @@
 #include "core/servers/ProcessLookup.h"
 
+#include "core/servers/ProcessCache.h"
 #include "platform/Platform.h"
 
 #include <wx/utils.h>
@@ -11,10 +12,14 @@ namespace ProcessLookup {
 
 namespace {
 
-std::vector<long> InScope(const std::vector<long>& pids, const wxString& tree) {
+wxString ScopeFolder(const wxString& tree) {
     wxString scope;
     if (!wxGetEnv("KOVIX_PROCESS_SCOPE", &scope) || scope.empty())
         scope = tree;
+    return scope;
+}
+
+std::vector<long> InScope(const std::vector<long>& pids, const wxString& scope) {
     std::vector<long> inScope;
     for (long pid : pids)
         if (Platform::Get().ProcessLivesIn(pid, scope))
@@ -26,9 +31,15 @@ std::vector<long> InScope(const std::vector<long>& pids, const wxString& tree) {
 
 std::vector<std::vector<long>> FindEach(const std::vector<wxString>& names, const wxString& tree) {
     std::vector<std::vector<long>> found = Platform::Get().FindProcessesByNames(names);
+    const wxString scope = ScopeFolder(tree);
     for (std::vector<long>& pids : found)
-        pids = InScope(pids, tree);
+        pids = InScope(pids, scope);
     return found;
+}
+
+std::vector<std::vector<long>> FindEach(const std::vector<wxString>& names, const wxString& tree,
+                                        ProcessCache& cache) {
+    return cache.FindEach(names, ScopeFolder(tree));
 }
 
 std::vector<long> Find(const wxString& name, const wxString& tree) {

@@ -80,6 +80,7 @@ public:
     // Polls done() on the controller's clock; false when timeoutMs passed first.
     bool WaitUntil(const std::function<bool()>& done, int timeoutMs);
 
+    StackServers& Servers() { return *servers; }
     bool IsApacheRunning() const { return servers->IsApacheRunning(); }
     bool IsMysqlRunning() const { return servers->IsMysqlRunning(); }
     RestartState GetRestartState() const { return restartState; }

@@ -8,8 +8,11 @@
 #include <thread>
 
 ServerPids LiveStackServers::FindServers() {
-    std::vector<std::vector<long>> found = ProcessLookup::FindEach(
-        {InstallPaths::ApacheProcessName(), InstallPaths::MysqlProcessName()}, programFolder);
+    const std::vector<wxString> names = {InstallPaths::ApacheProcessName(),
+                                         InstallPaths::MysqlProcessName()};
+    std::vector<std::vector<long>> found =
+        useCache ? ProcessLookup::FindEach(names, programFolder, processes)
+                 : ProcessLookup::FindEach(names, programFolder);
     return {std::move(found[0]), std::move(found[1])};
 }
 

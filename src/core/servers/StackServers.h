@@ -2,6 +2,7 @@
 
 #include "core/servers/ApacheServer.h"
 #include "core/servers/MysqlServer.h"
+#include "core/servers/ProcessCache.h"
 
 #include <cstdint>
 #include <memory>
@@ -74,9 +75,13 @@ public:
 
     ApacheServer& Apache() { return apache; }
     MysqlServer& Mysql() { return mysql; }
+    // On by default; off, each tick reads the whole process table (the bench compares both).
+    void UseProcessCache(bool use) { useCache = use; }
 
 private:
     wxString programFolder;
+    ProcessCache processes;
+    bool useCache = true;
     ApacheServer apache;
     MysqlServer mysql;
 };
