@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/PathsSnapshot.h"
+#include "core/TreeLock.h"
 
 #include <wx/event.h>
 #include <wx/thread.h>
@@ -40,13 +41,15 @@ public:
                            load(tree, restore, worker, data);
                            completion.SetPayload(data);
                        }) {}
-    // A "SAVE" job of the dialog's data.
+    // A "SAVE" job of the dialog's data, under the tree's lock as kovixctl's saves are, so that
+    // the two never interleave on one tree.
     template <class Data>
     ConfigWorker(wxEvtHandler* dialog, wxEventType type, const InstallPaths& paths, Data data,
                  SaveFunction<Data> save)
         : ConfigWorker(dialog, type, true, paths,
                        [data = std::move(data), save](const InstallPaths& tree, ConfigWorker&,
                                                       wxThreadEvent& completion) {
+                           const TreeLock lock(tree.ProgramFolder());
                            completion.SetPayload(save(tree, data));
                        }) {}
 
