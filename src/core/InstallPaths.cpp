@@ -64,9 +64,6 @@ wxString InstallPaths::ApacheSourceConfig() const {
 wxString InstallPaths::ApacheInitialConfig() const {
     return ApacheFolder() + Join("conf/httpd_initial.conf");
 }
-wxString InstallPaths::ApacheScratchConfig() const {
-    return ApacheFolder() + Join("conf/httpd_source_temp.conf");
-}
 wxString InstallPaths::ApacheLiveConfig() const {
     return ApacheFolder() + Join("conf/httpd.conf");
 }
@@ -87,9 +84,6 @@ wxString InstallPaths::PhpSourceConfig() const {
 }
 wxString InstallPaths::PhpInitialConfig() const {
     return PhpFolder() + Join("php_initial.ini");
-}
-wxString InstallPaths::PhpScratchConfig() const {
-    return PhpFolder() + Join("php_source_temp.ini");
 }
 wxString InstallPaths::PhpExtensionFolder() const {
     return PhpFolder() + Join("ext");

@@ -27,7 +27,6 @@ public:
     wxString ApacheExtraFolder() const;
     wxString ApacheSourceConfig() const;
     wxString ApacheInitialConfig() const;
-    wxString ApacheScratchConfig() const;
     wxString ApacheLiveConfig() const;
     wxString ApacheExecutable() const;
     wxString ApacheAccessLog() const;
@@ -35,7 +34,6 @@ public:
     wxString PhpLiveConfig() const;
     wxString PhpSourceConfig() const;
     wxString PhpInitialConfig() const;
-    wxString PhpScratchConfig() const;
     wxString PhpExtensionFolder() const;
     wxString MysqlBinFolder() const;
     wxString MysqlDataFolder() const;

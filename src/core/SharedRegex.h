@@ -16,7 +16,6 @@ public:
     SharedRegex(const SharedRegex&) = delete;
     SharedRegex& operator=(const SharedRegex&) = delete;
 
-    bool IsValid() const { return regex.IsValid(); }
     bool Matches(const wxString& text) const;
     // Whether text matches, and then the whole match and every sub-match, in order.
     bool Match(const wxString& text, std::vector<wxString>& groups) const;

@@ -24,7 +24,6 @@ public:
     void ApplyTexts();
     // Call after the series changed: repaints the chart when the window is shown.
     void SeriesChanged();
-    StatsControl* GetChart() const { return chart; }
 
 private:
     void BuildControls(const std::vector<ChartSeries>* series);

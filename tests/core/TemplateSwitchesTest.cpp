@@ -1,6 +1,7 @@
 #include "core/TemplateSwitches.h"
 
 #include "core/AppSettings.h"
+#include "core/FolderListing.h"
 #include "support/TempDir.h"
 #include "support/TreeFiles.h"
 
@@ -51,7 +52,9 @@ TEST_F(TemplateSwitchesTest, ListsKeepFileOrderAndSwitchingOneLineLeavesEveryOth
     expected.erase(expected.find(";extension=php_mysql"), 1);
     expected.erase(expected.find(";extension=php_pdo"), 1);
     EXPECT_EQ(ReadBytes(paths.PhpSourceConfig()), expected);
-    EXPECT_FALSE(wxFileExists(paths.PhpScratchConfig()));
+    EXPECT_EQ(ListFolder(paths.PhpFolder(), "*", wxDIR_FILES | wxDIR_HIDDEN),
+              Lines{"php_source.ini"})
+        << "no scratch file left";
 
     WriteBytes(paths.ApacheSourceConfig(),
                "# LoadModule comment\n#LoadModule a_module a.so\r\n"

@@ -29,7 +29,6 @@ public:
     long Pid() const;
 
     const wxString& CommandLine() const { return launch.commandLine; }
-    const wxString& WorkingFolder() const { return launch.workingFolder; }
 
 private:
     ChildSpec launch;
