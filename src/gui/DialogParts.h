@@ -1,12 +1,12 @@
 #pragma once
 
+#include <wx/sizer.h>
 #include <wx/string.h>
 
 #include <vector>
 
 class wxButton;
 class wxListBox;
-class wxSizer;
 class wxStaticText;
 class wxWindow;
 
@@ -21,6 +21,15 @@ wxButton* SmallButton(wxWindow* parent, int id, const wxString& label, const wxS
 // cancelName); leftButton, when given, goes on the left.
 wxSizer* ClosingRow(wxWindow* parent, int lineId, int okId, int cancelId,
                     const wxString& cancelName, wxWindow* leftButton = nullptr);
+// The dialog's layout: its body (a window or a sizer) over the closing row, gap around both,
+// and the dialog sized to fit.
+template <class Body>
+void BodyOverClosingRow(wxWindow* dialog, Body* body, wxSizer* closingRow, int gap) {
+    auto* top = new wxBoxSizer(wxVERTICAL);
+    top->Add(body, 1, wxEXPAND | wxALL, gap);
+    top->Add(closingRow, 0, wxEXPAND | wxLEFT | wxRIGHT | wxBOTTOM, gap);
+    dialog->SetSizerAndFit(top);
+}
 // Lists with a remove button that a selection enables: FillList shows texts with nothing
 // selected (the button disabled), SelectLast selects the last entry (the button enabled).
 void FillList(wxListBox* list, const std::vector<wxString>& texts, wxWindow* removeButton);

@@ -48,11 +48,8 @@ void WinAliasConf::BuildControls() {
     auto* group = new wxStaticBoxSizer(groupBox, wxVERTICAL);
     group->Add(grid, 1, wxEXPAND | wxALL, gap);
 
-    auto* top = new wxBoxSizer(wxVERTICAL);
-    top->Add(group, 1, wxEXPAND | wxALL, gap);
-    top->Add(ClosingRow(this, ID_STATIC_LINE, ID_OK, ID_CANCEL, "btn_Cancel"), 0,
-             wxEXPAND | wxLEFT | wxRIGHT | wxBOTTOM, gap);
-    SetSizerAndFit(top);
+    BodyOverClosingRow(this, group,
+                       ClosingRow(this, ID_STATIC_LINE, ID_OK, ID_CANCEL, "btn_Cancel"), gap);
 }
 
 void WinAliasConf::ApplyTexts() {

@@ -118,11 +118,8 @@ void WinApacheConf::BuildControls() {
     notebook->AddPage(BuildHostsPage(), "Virtual Host");
     notebook->AddPage(BuildModulesPage(), "Modules");
 
-    auto* top = new wxBoxSizer(wxVERTICAL);
-    top->Add(notebook, 1, wxEXPAND | wxALL, gap);
-    top->Add(ClosingRow(this, ID_STATIC_LINE, ID_OK, ID_CANCEL, "btn_Cancel"), 0,
-             wxEXPAND | wxLEFT | wxRIGHT | wxBOTTOM, gap);
-    SetSizerAndFit(top);
+    BodyOverClosingRow(this, notebook,
+                       ClosingRow(this, ID_STATIC_LINE, ID_OK, ID_CANCEL, "btn_Cancel"), gap);
     btn_OK = static_cast<wxButton*>(FindWindow(ID_OK));
     btn_Cancel = static_cast<wxButton*>(FindWindow(ID_CANCEL));
     AddLoadingControl();

@@ -43,11 +43,8 @@ void WinDirectoryConf::BuildControls() {
     group->Add(BuildFields(), 0, wxEXPAND | wxALL, gap);
     group->Add(BuildCustomList(), 1, wxEXPAND | wxLEFT | wxRIGHT | wxBOTTOM, gap);
 
-    auto* top = new wxBoxSizer(wxVERTICAL);
-    top->Add(group, 1, wxEXPAND | wxALL, gap);
-    top->Add(ClosingRow(this, ID_STATIC_LINE, ID_OK, ID_CANCEL, "btn_Cancel"), 0,
-             wxEXPAND | wxLEFT | wxRIGHT | wxBOTTOM, gap);
-    SetSizerAndFit(top);
+    BodyOverClosingRow(this, group,
+                       ClosingRow(this, ID_STATIC_LINE, ID_OK, ID_CANCEL, "btn_Cancel"), gap);
 }
 
 // Path, options and AllowOverride, one labelled row each.

@@ -40,11 +40,8 @@ void WinOthersConf::BuildControls() {
     auto* group = new wxStaticBoxSizer(groupBox, wxVERTICAL);
     group->Add(row, 1, wxEXPAND | wxALL, gap);
 
-    auto* top = new wxBoxSizer(wxVERTICAL);
-    top->Add(group, 1, wxEXPAND | wxALL, gap);
-    top->Add(ClosingRow(this, ID_STATIC_LINE, ID_OK, ID_CANCEL, "btn_Cancel"), 0,
-             wxEXPAND | wxLEFT | wxRIGHT | wxBOTTOM, gap);
-    SetSizerAndFit(top);
+    BodyOverClosingRow(this, group,
+                       ClosingRow(this, ID_STATIC_LINE, ID_OK, ID_CANCEL, "btn_Cancel"), gap);
 }
 
 // The title stays the caption the caller gave.

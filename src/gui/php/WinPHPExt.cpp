@@ -48,11 +48,9 @@ void WinPHPExt::BuildControls() {
     notebook->AddPage(BuildSettingsPage(notebook), "PHP Setting");
     btn_RestoreConfig = Button(this, ID_RESTORE, "Restore", "btn_RestoreConfig");
 
-    auto* top = new wxBoxSizer(wxVERTICAL);
-    top->Add(notebook, 1, wxEXPAND | wxALL, gap);
-    top->Add(ClosingRow(this, wxID_ANY, ID_OK, ID_CANCEL, "btn_cancel", btn_RestoreConfig), 0,
-             wxEXPAND | wxLEFT | wxRIGHT | wxBOTTOM, gap);
-    SetSizerAndFit(top);
+    BodyOverClosingRow(
+        this, notebook,
+        ClosingRow(this, wxID_ANY, ID_OK, ID_CANCEL, "btn_cancel", btn_RestoreConfig), gap);
     btn_OK = static_cast<wxButton*>(FindWindow(ID_OK));
     btn_cancel = static_cast<wxButton*>(FindWindow(ID_CANCEL));
     AddLoadingControl();
