@@ -80,8 +80,8 @@ bool MailStore::Catch(const std::string& bytes, wxString& id, wxString& error) c
         if (!wxFileExists(target) && wxRenameFile(scratch, target, false))
             return true;
     }
+    error = FileErrors::CannotWrite(PathOf(id)); // the reason of the last rename
     wxRemoveFile(scratch);
-    error = "cannot name the message in " + folder;
     return false;
 }
 
