@@ -146,6 +146,9 @@ public:
     // Makes folder and everything in it (links not followed) the account's. False when the
     // system refuses.
     virtual bool GiveFolderTo(const wxString& account, const wxString& folder) = 0;
+    // Whether path belongs to the account this process runs as (always, where files have no
+    // owner that keeps others from writing).
+    virtual bool OwnsFile(const wxString& path) = 0;
     // Lets account add files of its own to folder, which stays its owner's, without the right
     // to remove or replace the files of others. False when the system refuses.
     virtual bool LetAccountAddFiles(const wxString& account, const wxString& folder) = 0;

@@ -96,6 +96,11 @@ bool PosixPlatform::GiveFolderTo(const wxString& account, const wxString& folder
     return given && !error;
 }
 
+bool PosixPlatform::OwnsFile(const wxString& path) {
+    struct stat status;
+    return stat(path.utf8_str(), &status) == 0 && status.st_uid == geteuid();
+}
+
 // The sticky bit, as on /tmp: a member of the group adds files and removes only its own.
 bool PosixPlatform::LetAccountAddFiles(const wxString& account, const wxString& folder) {
     Account found;

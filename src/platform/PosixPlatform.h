@@ -35,6 +35,7 @@ public:
     bool AccountExists(const wxString& account) override;
     wxString FolderClosedTo(const wxString& account, const wxString& folder) override;
     bool GiveFolderTo(const wxString& account, const wxString& folder) override;
+    bool OwnsFile(const wxString& path) override;
     bool LetAccountAddFiles(const wxString& account, const wxString& folder) override;
 
     bool IsLocalPortTaken(int port, int timeoutMs) override;

@@ -172,6 +172,10 @@ bool Win32Platform::GiveFolderTo(const wxString&, const wxString&) {
     return true;
 }
 
+bool Win32Platform::OwnsFile(const wxString&) {
+    return true;
+}
+
 bool Win32Platform::LetAccountAddFiles(const wxString&, const wxString&) {
     return true;
 }

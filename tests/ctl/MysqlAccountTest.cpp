@@ -210,3 +210,35 @@ TEST_F(MysqlAccount, StartsThatCannotWorkSayWhyAndStartNothing) {
                               ". Open that folder to it (chmod o+x) or move the Kovix folder.\n");
     EXPECT_TRUE(tree.Processes().empty());
 }
+
+// The tree's owner after the administrator's start: told how to take the folders back, and then
+// the server runs as the owner.
+TEST_F(MysqlAccount, AfterTheAdministratorsStartTheOwnerIsToldHowToTakeItsFoldersBack) {
+    if (!IsRoot())
+        GTEST_SKIP() << "the administrator's case needs root";
+    auto asOwner = [&](const wxString& command) {
+        return RunCommand({"setpriv", "--reuid=nobody", "--regid=nogroup", "--clear-groups",
+                           KOVIXCTL_PATH, "--root", tree.Root(), command, "mysql"});
+    };
+    ASSERT_EQ(RunCommand({"chown", "-R", "nobody:nogroup", tree.Root()}).exitCode, 0);
+    ASSERT_EQ(Ctl({"start", "mysql"}).exitCode, 0);
+    ASSERT_EQ(Ctl({"stop", "mysql"}).exitCode, 0);
+
+    const CommandResult refused = asOwner("start");
+    TestTree::ReapEndedServers();
+    EXPECT_EQ(refused.exitCode, 1);
+    EXPECT_NE(refused.err.Find("MySQL not started: its folder " + tree.File("mysql/data") +
+                               " belongs to another account (a start by the administrator gives "
+                               "it to \"mysql\"). Take it back with: sudo chown -R nobody \"" +
+                               tree.File("mysql") + "\""),
+              wxNOT_FOUND)
+        << refused.err;
+    EXPECT_TRUE(tree.ProcessesNamed("mysqld").empty());
+
+    ASSERT_EQ(RunCommand({"chown", "-R", "nobody", tree.File("mysql")}).exitCode, 0);
+    EXPECT_EQ(asOwner("start").exitCode, 0);
+    TestTree::ReapEndedServers();
+    EXPECT_EQ(asOwner("stop").exitCode, 0);
+    TestTree::ReapEndedServers();
+    EXPECT_TRUE(tree.ProcessesNamed("mysqld").empty());
+}

@@ -10,6 +10,7 @@
 
 #include <wx/file.h>
 #include <wx/filename.h>
+#include <wx/log.h>
 
 namespace {
 
@@ -111,10 +112,24 @@ wxString MysqlServer::PrepareStart() const {
     if (socketBytes > SocketPathLimit)
         return wxString::Format(GetLangText("MYSQL_SOCKET_TOO_LONG"), SocketPath(),
                                 static_cast<int>(socketBytes), static_cast<int>(SocketPathLimit));
-    // The server refuses to start when its secure_file_priv folder is missing.
-    if (!wxDirExists(paths.MysqlFilesFolder()))
+    // The server refuses to start when its secure_file_priv folder is missing (and says so in
+    // its log when the folder cannot be made here).
+    if (!wxDirExists(paths.MysqlFilesFolder())) {
+        const wxLogNull quiet;
         wxMkdir(paths.MysqlFilesFolder(), 0700);
-    return Platform::Get().IsPrivileged() ? PrepareServiceAccount() : wxString();
+    }
+    return Platform::Get().IsPrivileged() ? PrepareServiceAccount() : OwnFoldersRefusal();
+}
+
+// A start by the administrator gave the data and files folders to the service account: the
+// tree's owner can no longer write them and must take them back.
+wxString MysqlServer::OwnFoldersRefusal() const {
+    Platform& platform = Platform::Get();
+    for (const wxString& folder : {paths.MysqlDataFolder(), paths.MysqlFilesFolder()})
+        if (wxDirExists(folder) && !platform.OwnsFile(folder))
+            return wxString::Format(GetLangText("MYSQL_FOLDER_NOT_OWN"), folder, ServiceAccount,
+                                    platform.LoginName(), paths.MysqlFolder());
+    return wxString();
 }
 
 // Under the administrator the server runs as the service account: it must reach the tree and own

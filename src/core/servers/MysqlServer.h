@@ -63,6 +63,7 @@ private:
     // current language.
     wxString PrepareStart() const;
     wxString PrepareServiceAccount() const;
+    wxString OwnFoldersRefusal() const;
 
     // Said by the next ReadOutput: why the server was not started.
     wxString note;
