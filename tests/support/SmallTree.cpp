@@ -1,5 +1,6 @@
 #include "support/SmallTree.h"
 
+#include "support/TestTree.h"
 #include "support/TreeFiles.h"
 
 SmallTree::SmallTree() : dir("kovix-small"), scope("KOVIX_PROCESS_SCOPE", dir.Path()) {
@@ -10,7 +11,9 @@ SmallTree::SmallTree() : dir("kovix-small"), scope("KOVIX_PROCESS_SCOPE", dir.Pa
     WriteTreeFile(root, "apache/logs/access.log", "GET /\n");
     WriteTreeFile(root, "apache/logs/error.log", "notice\n");
     WriteTreeFile(root, "apache/sessions/sess_1", "a|s:1:\"b\";\n");
-    WriteTreeFile(root, "mysql/my_source.ini", "[mysqld]\n");
+    // A free MySQL port: the start's port test does not depend on who holds 3306.
+    WriteTreeFile(root, "mysql/my_source.ini",
+                  wxString::Format("[mysqld]\nport=%d\n", TestTree::FreePort()).utf8_string());
     WriteTreeFile(root, "mysql/data/mysql.err", "ready\n");
     WriteTreeFile(root, "www/index.php", "<?php\n");
 }
