@@ -127,6 +127,10 @@ public:
     std::vector<long> FindProcessesByName(const wxString& name) {
         return FindProcessesByNames({name}).front();
     }
+    // A number that changes whenever a process gets a pid (so also when a pid is reused), for a
+    // caller to skip listing a table that cannot have new processes; 0 where the system cannot
+    // tell, and the caller lists every time.
+    virtual std::uint64_t ProcessTableVersion() { return 0; }
     // Every process of the table, cheaply: nothing of a process is read.
     virtual std::vector<ProcessListing> ListProcesses() = 0;
     // Reads one process's facts; false when it is gone or cannot be read.

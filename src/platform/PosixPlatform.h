@@ -25,6 +25,7 @@ public:
                                               const wxString& errorFile) override;
     std::vector<std::vector<long>>
     FindProcessesByNames(const std::vector<wxString>& names) override;
+    std::uint64_t ProcessTableVersion() override;
     std::vector<ProcessListing> ListProcesses() override;
     bool ReadProcessFacts(long pid, ProcessFacts& facts) override;
     void KillProcess(long pid) override;

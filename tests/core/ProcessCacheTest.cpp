@@ -22,7 +22,9 @@ public:
         ProcessFacts facts;
         bool inFolder = false;
     };
+    std::uint64_t Version() override { return version; }
     std::vector<ProcessListing> List() override {
+        ++lists;
         std::vector<ProcessListing> listed;
         for (const auto& [pid, process] : processes)
             listed.push_back({pid, process.token});
@@ -45,6 +47,8 @@ public:
         processes[pid] = {token, {startTime, 60000, name, true}, inFolder};
     }
     std::map<long, Process> processes;
+    std::uint64_t version = 0; // 0: list on every lookup
+    int lists = 0;
     std::map<long, int> reads;
     std::map<long, int> folderQuestions;
 };
@@ -154,4 +158,18 @@ TEST(ProcessCache, ARealChildThatExecutesAnotherProgramIsSeenUnderItsNewName) {
     EXPECT_TRUE(eventually([&] { return has(1) && !has(0); }));
     Platform::Get().KillProcess(pid);
     EXPECT_TRUE(eventually([&] { return !child->IsActive(); }));
+}
+
+TEST(ProcessCache, ATableWhoseVersionStaysIsNotListedAgainYetItsWantedAreRead) {
+    ScriptedTable table = BusyMachine();
+    table.version = 5;
+    ProcessCache cache(table);
+    cache.FindEach(NAMES, "/tree");
+    table.Add(8, 8, "httpd", 60); // not possible without a new version: shows it is not listed
+    table.processes[42].facts.live = false;
+    EXPECT_EQ(cache.FindEach(NAMES, "/tree"), (std::vector<std::vector<long>>{{}, {}}));
+    EXPECT_EQ(table.lists, 1);
+    table.version = 6;
+    EXPECT_EQ(cache.FindEach(NAMES, "/tree")[0], std::vector<long>{8});
+    EXPECT_EQ(table.lists, 2);
 }

@@ -6,6 +6,7 @@ namespace {
 
 class PlatformSource : public ProcessCache::Source {
 public:
+    std::uint64_t Version() override { return Platform::Get().ProcessTableVersion(); }
     std::vector<ProcessListing> List() override { return Platform::Get().ListProcesses(); }
     bool ReadFacts(long pid, ProcessFacts& facts) override {
         return Platform::Get().ReadProcessFacts(pid, facts);
@@ -49,6 +50,14 @@ std::vector<std::vector<long>> ProcessCache::FindEach(const std::vector<wxString
 
 // New processes, changed listings and young processes are read; vanished ones forgotten.
 void ProcessCache::ReadListing() {
+    const std::uint64_t version = source.Version();
+    if (version != 0 && version == listedVersion) {
+        for (auto& [pid, entry] : known)
+            if (entry.young)
+                Refresh(pid, entry);
+        return;
+    }
+    listedVersion = version;
     for (const ProcessListing& listed : source.List()) {
         const auto [at, added] = known.try_emplace(listed.pid);
         Known& entry = at->second;

@@ -7,11 +7,13 @@
 #include <vector>
 
 // What the status tick knows of the machine's processes, so that a tick among a thousand other
-// processes reads little more than the process table's listing. A process is its pid and start
-// time: an entry whose listing token changed has its facts read again, and a pid that comes back
-// with another start time is another process (its name and folder are read anew). A process that
-// executes another program keeps both, so facts are also read on every lookup while a process is
-// young (a child runs its program right after it starts), for a few processes of each lookup in
+// processes reads little more than the process table's listing, and not even that while no
+// process has got a pid since the last listing (a vanished one is forgotten at the next listing;
+// until then, it is read only if it had a wanted name, and found gone). A process is its pid and
+// start time: an entry whose listing token changed has its facts read again, and a pid that comes
+// back with another start time is another process (its name and folder are read anew). A process
+// that executes another program keeps both, so facts are also read on every lookup while a process
+// is young (a child runs its program right after it starts), for a few processes of each lookup in
 // turn (a late exec is seen within a full round), and for every process of a wanted name (which
 // also notices a zombie). Whether a process lives in the folder is asked once per process and
 // program. Not thread-safe: one owner asks.
@@ -21,6 +23,7 @@ public:
     class Source {
     public:
         virtual ~Source() = default;
+        virtual std::uint64_t Version() = 0; // see Platform::ProcessTableVersion
         virtual std::vector<ProcessListing> List() = 0;
         virtual bool ReadFacts(long pid, ProcessFacts& facts) = 0;
         virtual bool LivesIn(long pid, const wxString& folder) = 0;
@@ -58,5 +61,6 @@ private:
     Source& source;
     std::map<long, Known> known;
     unsigned lookup = 0;
-    long turn = 0; // the pid the last re-check in turn ended at
+    std::uint64_t listedVersion = 0; // the table's version at the last listing
+    long turn = 0;                   // the pid the last re-check in turn ended at
 };
