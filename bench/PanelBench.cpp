@@ -18,6 +18,7 @@
 #include "gui/WinStats.h"
 #include "platform/Platform.h"
 #include "support/TestTree.h"
+#include "support/X11Windows.h"
 
 #include <wx/app.h>
 #include <wx/evtloop.h>
@@ -28,8 +29,6 @@
 #include <wx/timer.h>
 #include <wx/utils.h>
 
-#include <X11/Xatom.h>
-#include <X11/Xlib.h>
 #include <poll.h>
 
 #include <algorithm>
@@ -137,22 +136,6 @@ void PrintTickCosts(WinKovix& window, const wxString& label, const char* goal) {
                 line("  one lookup through a process cache").c_str(), first.median, cached.median);
 }
 
-// The pid a top-level window says it belongs to; 0 when it says none.
-long WindowPid(Display* display, Window window, Atom pidAtom) {
-    Atom type;
-    int format;
-    unsigned long count = 0, left = 0;
-    unsigned char* data = nullptr;
-    long pid = 0;
-    if (XGetWindowProperty(display, window, pidAtom, 0, 1, False, XA_CARDINAL, &type, &format,
-                           &count, &left, &data) == Success &&
-        data && count == 1 && format == 32)
-        pid = static_cast<long>(*reinterpret_cast<unsigned long*>(data));
-    if (data)
-        XFree(data);
-    return pid;
-}
-
 // Idle "sleep" processes started by one shell, which reports their pids; stopped by pid.
 class IdleProcesses {
 public:
@@ -212,7 +195,6 @@ double MsToWindowShown(const wxString& program, const wxString& folder, Display*
     launch.commandLine = program;
     launch.workingFolder = folder;
     launch.environment = {{"HOME", folder}};
-    const Atom pidAtom = XInternAtom(display, "_NET_WM_PID", False);
     XSync(display, True);
     const auto start = Clock::now();
     std::unique_ptr<ChildProcess> child = Platform::Get().StartHidden(launch);
@@ -224,7 +206,7 @@ double MsToWindowShown(const wxString& program, const wxString& folder, Display*
         XEvent event;
         XNextEvent(display, &event);
         if (event.type == MapNotify &&
-            WindowPid(display, event.xmap.window, pidAtom) == child->Pid())
+            X11Windows::WindowPid(display, event.xmap.window) == child->Pid())
             ms = std::chrono::duration<double, std::milli>(Clock::now() - start).count();
     }
     if (child) {

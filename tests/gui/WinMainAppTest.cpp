@@ -1,11 +1,11 @@
 // One panel per user: the lock of the single-instance checker, held by a real kovix process.
 #include "gui/WinMainApp.h"
 #include "gui/GuiTesting.h"
-#include "gui/WindowCloseRequest.h"
 #include "support/CommandRunner.h"
 #include "support/FakeServer.h"
 #include "support/ScopedEnv.h"
 #include "support/SmallTree.h"
+#include "support/X11Windows.h"
 
 #include <wx/filefn.h>
 
@@ -52,7 +52,7 @@ TEST(WinMainAppTest, APortSetByKovixctlWhileThePanelIsOpenStaysAfterTheUserClose
 
     const CommandResult port = RunCommand({KOVIXCTL_PATH, "--root", tree.Root(), "port", "18081"});
     ASSERT_EQ(port.exitCode, 0) << port.err;
-    ASSERT_TRUE(WaitFor([&] { return RequestWindowClose(panel.Pid()); }, 20000));
+    ASSERT_TRUE(WaitFor([&] { return X11Windows::RequestClose(panel.Pid()); }, 20000));
     ASSERT_TRUE(WaitFor([&] { return !panel.IsActive(); }, 20000));
     const std::string settings = ReadBytes(tree.File("kovix.ini"));
     EXPECT_NE(settings.find("APACHE_PORT = \"18081\""), std::string::npos) << settings;

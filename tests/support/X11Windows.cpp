@@ -1,14 +1,29 @@
-#include "gui/WindowCloseRequest.h"
+#include "support/X11Windows.h"
 
 #include <X11/Xatom.h>
-#include <X11/Xlib.h>
 
 #include <memory>
 #include <vector>
 
+namespace X11Windows {
+
 namespace {
 
 using Display_ = std::unique_ptr<Display, decltype(&XCloseDisplay)>;
+
+std::vector<Window> TopLevelWindows(Display* display) {
+    Window root = 0, parent = 0;
+    Window* children = nullptr;
+    unsigned int count = 0;
+    std::vector<Window> windows;
+    if (XQueryTree(display, DefaultRootWindow(display), &root, &parent, &children, &count)) {
+        windows.assign(children, children + count);
+        XFree(children);
+    }
+    return windows;
+}
+
+} // namespace
 
 long WindowPid(Display* display, Window window) {
     const Atom pidAtom = XInternAtom(display, "_NET_WM_PID", True);
@@ -27,21 +42,7 @@ long WindowPid(Display* display, Window window) {
     return pid;
 }
 
-std::vector<Window> TopLevelWindows(Display* display) {
-    Window root = 0, parent = 0;
-    Window* children = nullptr;
-    unsigned int count = 0;
-    std::vector<Window> windows;
-    if (XQueryTree(display, DefaultRootWindow(display), &root, &parent, &children, &count)) {
-        windows.assign(children, children + count);
-        XFree(children);
-    }
-    return windows;
-}
-
-} // namespace
-
-bool RequestWindowClose(long pid) {
+bool RequestClose(long pid) {
     Display_ display(XOpenDisplay(nullptr), &XCloseDisplay);
     if (!display)
         return false;
@@ -66,3 +67,5 @@ bool RequestWindowClose(long pid) {
     XFlush(display.get());
     return sent;
 }
+
+} // namespace X11Windows
