@@ -139,7 +139,7 @@ void Stop(CtlContext& context) {
     MysqlServer& mysql = live->Mysql();
     StackController stack(context.settings, std::move(live));
     if (!stack.StopAndWait(which.apache, which.mysql))
-        throw CtlFailure("the servers did not stop within 30 seconds:\n" + mysql.ReadOutput());
+        throw CtlFailure(GetLangText("SERVERS_NOT_STOPPED") + "\n" + mysql.ReadOutput());
     // The admin tool outlives the server by a moment: nothing of the stop is left behind.
     stack.WaitUntil([&] { return !mysql.IsShutdownUnderWay(); }, StackController::StopTimeoutMs);
 }

@@ -19,6 +19,8 @@ public:
     bool apacheStartRefused = false;
     // How many MySQL stop requests are skipped before one takes (a shutdown still under way).
     int mysqlStopsSkipped = 0;
+    // False: MySQL's shutdown program cannot be run.
+    bool mysqlStopRuns = true;
     std::string log;
     std::uint64_t now = 0;
     int locks = 0;
@@ -46,10 +48,13 @@ public:
         log += "startM ";
         mysqlRuns = true;
     }
-    void StopMysql() override {
+    bool StopMysql() override {
         log += "stopM ";
+        if (!mysqlStopRuns)
+            return false;
         if (mysqlStopsSkipped-- <= 0)
             mysqlRuns = false;
+        return true;
     }
     bool TemplatesChanged() override { return std::exchange(templatesChanged, false); }
     wxString ReadOutput() override { return "out"; }
@@ -201,4 +206,14 @@ TEST_F(StackControllerTest, StopAndWaitAsksAStartingMysqlAgainAndGivesUpAfterThi
     EXPECT_FALSE(stack.StopAndWait(false, true));
     EXPECT_EQ(servers.now, static_cast<std::uint64_t>(StackController::StopTimeoutMs));
     EXPECT_EQ(servers.mysqlStopsSkipped, 1000 - 1 - 60) << "asked every half second, no storm";
+
+    // A shutdown that cannot even be asked is not waited for; Apache still is.
+    servers.apacheRuns = true;
+    servers.mysqlStopRuns = false;
+    servers.now = 0;
+    servers.log.clear();
+    EXPECT_FALSE(stack.StopAndWait(true, true));
+    EXPECT_EQ(Log(), "stopA stopM ");
+    EXPECT_FALSE(servers.apacheRuns);
+    EXPECT_EQ(servers.now, 0u);
 }

@@ -2,9 +2,12 @@
 // remove is named with the system's reason (exit 1), a server whose configuration could not be
 // generated is not started on the old files, and a program that cannot run says why.
 #include "ctl/NobodyTesting.h"
+#include "support/FakeServer.h"
 #include "support/TestTree.h"
 
 #include <wx/filefn.h>
+
+#include <chrono>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -135,6 +138,19 @@ TEST_F(FailureReport, AProgramThatCannotRunGivesTheSystemsReason) {
                              ": No such file or directory"),
               wxNOT_FOUND)
         << start.err;
+}
+
+// Not after 30 s of waiting for a shutdown that was never asked.
+TEST_F(FailureReport, AShutdownProgramThatCannotRunIsSaidAtOnce) {
+    FakeServer mysqld(tree.Path(), "mysql/bin/mysqld");
+    const auto asked = std::chrono::steady_clock::now();
+    const CommandResult stop = Ctl({"stop", "mysql"});
+    EXPECT_EQ(stop.exitCode, 1);
+    EXPECT_NE(stop.err.Find("Cannot run " + tree.File("mysql/bin/mysqladmin") +
+                            ": No such file or directory"),
+              wxNOT_FOUND)
+        << stop.err;
+    EXPECT_LT(std::chrono::steady_clock::now() - asked, std::chrono::seconds(10));
 }
 
 // The log of a copied tree holds the old tree's errors: only what this start wrote is shown.

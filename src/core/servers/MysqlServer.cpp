@@ -161,12 +161,13 @@ wxString MysqlServer::PrepareServiceAccount() const {
     return wxString();
 }
 
-void MysqlServer::Stop() {
+bool MysqlServer::Stop() {
     if (KeepIfActive(adminRecord))
-        return;
+        return true;
     stopAsked = true;
     adminRecord = NewRecord(ShutdownCommandLine(), paths.MysqlFolder());
     note = RunOrForget(adminRecord, paths.MysqlAdminTool());
+    return note.empty();
 }
 
 wxString MysqlServer::ReadOutput() {

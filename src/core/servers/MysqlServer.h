@@ -28,8 +28,9 @@ public:
     // or cannot reach the tree.
     void Start();
     // Asks the admin tool to shut the server down; does nothing while an earlier shutdown runs.
-    // Returns at once: the server is gone a moment later.
-    void Stop();
+    // Returns at once: the server is gone a moment later. False when the admin tool could not
+    // be run (ReadOutput says why).
+    bool Stop();
 
     // Whether the admin tool of the last stop still runs.
     bool IsShutdownUnderWay() { return KeepIfActive(adminRecord); }

@@ -152,18 +152,21 @@ bool StackController::StopAndWait(bool apache, bool mysql) {
     if (apache && IsApacheRunning())
         servers->StopApache();
     const bool stopMysql = mysql && IsMysqlRunning();
-    if (stopMysql)
-        servers->StopMysql();
+    // A shutdown that cannot be asked is not waited for.
+    bool canAsk = !stopMysql || servers->StopMysql();
     std::uint64_t askedAt = servers->NowMs();
-    return WaitUntil(
+    const bool gone = WaitUntil(
         [&] {
-            if (stopMysql && IsMysqlRunning() && servers->NowMs() - askedAt >= StopRepeatMs) {
-                servers->StopMysql();
+            if (stopMysql && canAsk && IsMysqlRunning() &&
+                servers->NowMs() - askedAt >= StopRepeatMs) {
+                canAsk = servers->StopMysql();
                 askedAt = servers->NowMs();
             }
-            return !(apache && IsApacheRunning()) && !(stopMysql && IsMysqlRunning());
+            const bool mysqlWaits = stopMysql && canAsk && IsMysqlRunning();
+            return !(apache && IsApacheRunning()) && !mysqlWaits;
         },
         StopTimeoutMs);
+    return gone && canAsk;
 }
 
 bool StackController::WaitUntil(const std::function<bool()>& done, int timeoutMs) {

@@ -74,7 +74,8 @@ public:
     // kovixctl's commands: start those of the asked servers that do not run (the port test of
     // those only), and stop the asked ones, waiting until they are gone. A MySQL
     // that is still starting does not take its shutdown: it is asked again until it ends. False
-    // when they still run after StopTimeoutMs.
+    // when they still run after StopTimeoutMs, or as soon as Apache is gone when MySQL's
+    // shutdown cannot be asked at all.
     StartOutcome StartStopped(bool apache, bool mysql);
     bool StopAndWait(bool apache, bool mysql);
     // Polls done() on the controller's clock; false when timeoutMs passed first.

@@ -27,8 +27,9 @@ public:
     virtual bool StartApache() = 0;
     virtual void StopApache() = 0;
     virtual void StartMysql() = 0;
-    // Skipped while an earlier shutdown is still under way.
-    virtual void StopMysql() = 0;
+    // Skipped while an earlier shutdown is still under way. False when the shutdown could not
+    // even be asked (its program could not be run; ReadOutput says why).
+    virtual bool StopMysql() = 0;
     // Whether the Apache or the PHP template changed since the last question.
     virtual bool TemplatesChanged() = 0;
     // What both servers (and MySQL's admin tool) wrote since the last call.
@@ -61,7 +62,7 @@ public:
     bool StartApache() override { return apache.Start(); }
     void StopApache() override { apache.Stop(); }
     void StartMysql() override { mysql.Start(); }
-    void StopMysql() override { mysql.Stop(); }
+    bool StopMysql() override { return mysql.Stop(); }
     bool TemplatesChanged() override;
     wxString ReadOutput() override { return apache.ReadOutput() + mysql.ReadOutput(); }
     double ApacheCpu(const std::vector<long>& pids) override { return apache.CpuUse(pids); }
