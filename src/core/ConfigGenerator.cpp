@@ -92,12 +92,11 @@ wxString ConfigGenerator::ExpandFile(const wxString& templatePath, const wxStrin
 
 GenerationReport ConfigGenerator::GenerateApache() const {
     const ReplacementList replacements = ApacheReplacements();
-    GenerationReport report;
+    GenerationReport report = SiteConfig(paths).Generate();
     report.failures =
         ExpandFile(paths.ApacheSourceConfig(), paths.ApacheLiveConfig(), replacements) +
         ExpandFile(paths.PhpSourceConfig(), paths.PhpLiveConfig(), replacements) +
-        GenerateExtraFolder(replacements);
-    report.leftOut = SiteConfig(paths).Generate();
+        GenerateExtraFolder(replacements) + report.failures;
     return report;
 }
 

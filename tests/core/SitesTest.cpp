@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 #include <wx/filefn.h>
 #include <wx/filename.h>
+#include <wx/log.h>
 #include <wx/utils.h>
 
 #include <algorithm>
@@ -89,7 +90,7 @@ TEST_F(SitesTest, ScanListsSitesSkipsInvalidAndSameNamesAndIgnoresHiddenAndOwnFo
 }
 
 TEST_F(SitesTest, GenerationWritesOneHostPerSiteAfterTheMainSiteAndRemovesTheFileWhenOff) {
-    const wxString problems = SiteConfig(paths).Generate();
+    const wxString problems = SiteConfig(paths).Generate().leftOut;
     EXPECT_NE(problems.Find(tree.File("www/___") + " is not served as a site"), wxNOT_FOUND);
     const std::string live = Live();
     const std::string www = tree.File("www").utf8_string();
@@ -105,20 +106,30 @@ TEST_F(SitesTest, GenerationWritesOneHostPerSiteAfterTheMainSiteAndRemovesTheFil
 
     // A template kept from before sites existed is said to leave them out.
     WriteTreeFile(tree.Path(), "apache/conf/httpd_source.conf", "Listen {APACHE_PORT}\n");
-    EXPECT_NE(SiteConfig(paths).Generate().Find(
+    EXPECT_NE(SiteConfig(paths).Generate().leftOut.Find(
                   "The Apache template " + paths.ApacheSourceConfig() +
                   " does not include conf/sites.conf, so the sites and HTTPS are not served"),
               wxNOT_FOUND);
 
     settings.SetBool(AppSettings::SITES_ENABLED, false);
-    EXPECT_EQ(SiteConfig(paths).Generate(), "");
+    EXPECT_EQ(SiteConfig(paths).Generate().leftOut, "");
     EXPECT_FALSE(wxFileExists(paths.SitesLiveConfig()));
+}
+
+// Apache would read the stale file: that is no part left out but a failed generation.
+TEST_F(SitesTest, AFileThatCannotBeWrittenIsAFailure) {
+    const wxLogNull quiet;
+    ASSERT_TRUE(wxMkdir(paths.SitesLiveConfig()));
+    const GenerationReport report = SiteConfig(paths).Generate();
+    EXPECT_TRUE(report.failures.StartsWith("Cannot write " + paths.SitesLiveConfig()))
+        << report.failures;
+    EXPECT_EQ(report.leftOut.Find("sites.conf"), wxNOT_FOUND) << report.leftOut;
 }
 
 TEST_F(SitesTest, HttpsCertificateIsMadeInTheTreeOnlyWhenTheNamesChange) {
     settings.SetBool(AppSettings::HTTPS_ENABLED, true);
     settings.SetBool(AppSettings::SITES_ENABLED, false);
-    EXPECT_EQ(SiteConfig(paths).Generate(), "");
+    EXPECT_EQ(SiteConfig(paths).Generate().leftOut, "");
     const std::string live = Live();
     EXPECT_NE(live.find("Listen 127.0.0.1:8443 https\n"), std::string::npos) << live;
     EXPECT_NE(live.find("https\n<VirtualHost *:8443>\n\tServerName localhost"), std::string::npos)
@@ -129,11 +140,11 @@ TEST_F(SitesTest, HttpsCertificateIsMadeInTheTreeOnlyWhenTheNamesChange) {
                            " -key-file " + paths.SiteCertificateKey().utf8_string() +
                            " localhost 127.0.0.1 ::1\n");
 
-    SiteConfig(paths).Generate(); // same names: nothing made
+    SiteConfig(paths).Generate().leftOut; // same names: nothing made
     settings.SetBool(AppSettings::SITES_ENABLED, true);
-    SiteConfig(paths).Generate();
+    SiteConfig(paths).Generate().leftOut;
     MakeTreeFolder(tree.Path(), "www/blog");
-    SiteConfig(paths).Generate();
+    SiteConfig(paths).Generate().leftOut;
     const std::string calls = Calls();
     ASSERT_EQ(std::count(calls.begin(), calls.end(), '\n'), 3) << calls;
     EXPECT_NE(calls.find("::1 blog.localhost my-project.localhost shop.localhost\n"),
@@ -145,7 +156,7 @@ TEST_F(SitesTest, HttpsCertificateIsMadeInTheTreeOnlyWhenTheNamesChange) {
 TEST_F(SitesTest, HttpsThatCannotBeMadeIsLeftOutAndSaysWhy) {
     settings.SetBool(AppSettings::HTTPS_ENABLED, true);
     wxSetEnv("KOVIX_MKCERT", tree.File("no-such-mkcert"));
-    wxString problems = SiteConfig(paths).Generate();
+    wxString problems = SiteConfig(paths).Generate().leftOut;
     EXPECT_NE(problems.Find("HTTPS is not served: the certificate tool " +
                             tree.File("no-such-mkcert") + " cannot be run"),
               wxNOT_FOUND)
@@ -155,7 +166,7 @@ TEST_F(SitesTest, HttpsThatCannotBeMadeIsLeftOutAndSaysWhy) {
 
     wxSetEnv("KOVIX_MKCERT", tree.File("fake-mkcert"));
     wxSetEnv("FAIL", "1");
-    problems = SiteConfig(paths).Generate();
+    problems = SiteConfig(paths).Generate().leftOut;
     EXPECT_NE(problems.Find("mkcert made no certificate:\nERROR: broken"), wxNOT_FOUND) << problems;
     EXPECT_EQ(Live().find("SSL"), std::string::npos);
 
@@ -163,7 +174,7 @@ TEST_F(SitesTest, HttpsThatCannotBeMadeIsLeftOutAndSaysWhy) {
     wxUnsetEnv("FAIL");
     ASSERT_TRUE(wxFileName::Rmdir(paths.CertificateAuthorityFolder(), wxPATH_RMDIR_RECURSIVE));
     WriteTreeFile(tree.Path(), "ssl/ca", "");
-    problems = SiteConfig(paths).Generate();
+    problems = SiteConfig(paths).Generate().leftOut;
     EXPECT_NE(problems.Find("the folder of the local authority " +
                             paths.CertificateAuthorityFolder() + " cannot be written"),
               wxNOT_FOUND)

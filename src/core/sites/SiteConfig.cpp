@@ -2,12 +2,14 @@
 
 #include "core/AppSettings.h"
 #include "core/ConfigGenerator.h"
+#include "core/FileErrors.h"
 #include "core/TextFiles.h"
 #include "core/lang/LangTable.h"
 #include "core/sites/LocalCertificate.h"
 #include "platform/Platform.h"
 
 #include <wx/filefn.h>
+#include <wx/log.h>
 
 namespace {
 
@@ -96,27 +98,29 @@ bool SiteConfig::IsIncluded() const {
     return !TextFiles::Read(paths.ApacheSourceConfig(), text) || text.Contains("/conf/sites.conf");
 }
 
-wxString SiteConfig::Generate() const {
+GenerationReport SiteConfig::Generate() const {
     const SiteList sites = Sites();
-    wxString problems;
+    GenerationReport report;
     for (const SkippedFolder& skipped : sites.skipped)
-        problems << skipped.Message() << "\n";
+        report.leftOut << skipped.Message() << "\n";
     bool https = paths.Settings().GetHttpsEnabled();
     if (https) {
         const wxString problem = HttpsProblem(sites);
         https = problem.empty();
         if (!https)
-            problems << wxString::Format(GetLangText("HTTPS_LEFT_OUT"), problem) << "\n";
+            report.leftOut << wxString::Format(GetLangText("HTTPS_LEFT_OUT"), problem) << "\n";
     }
     const wxString file = paths.SitesLiveConfig();
+    wxLogNull quiet; // the report says what failed
     if (sites.sites.empty() && !https) {
-        if (wxFileExists(file))
-            wxRemoveFile(file);
+        if (wxFileExists(file) && !wxRemoveFile(file))
+            report.failures << FileErrors::CannotRemove(file) << "\n";
     } else if (!TextFiles::WriteAtomically(file, Text(sites, https))) {
-        problems << wxString::Format(GetLangText("SITES_NOT_WRITTEN"), file) << "\n";
+        report.failures << FileErrors::CannotWrite(file) << "\n";
     } else if (!IsIncluded()) {
-        problems << wxString::Format(GetLangText("SITES_NOT_INCLUDED"), paths.ApacheSourceConfig())
-                 << "\n";
+        report.leftOut << wxString::Format(GetLangText("SITES_NOT_INCLUDED"),
+                                           paths.ApacheSourceConfig())
+                       << "\n";
     }
-    return problems;
+    return report;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/ConfigGenerator.h"
 #include "core/InstallPaths.h"
 #include "core/sites/SiteList.h"
 
@@ -12,15 +13,16 @@
 //
 // A part that cannot be made is left out and said: a skipped folder leaves its site out, a
 // certificate that cannot be made or an HTTPS port held by another program leaves HTTPS out;
-// Apache still starts with the rest.
+// Apache still starts with the rest. A file that cannot be written or removed is a failure:
+// Apache would read the stale one.
 class SiteConfig {
 public:
     explicit SiteConfig(const InstallPaths& paths) : paths(paths) {}
 
     // The sites of www/ when sites are on, else none.
     SiteList Sites() const;
-    // Writes (or removes) the file; answers the problems, one a line, "" when there is none.
-    wxString Generate() const;
+    // Writes (or removes) the file; answers what was left out and what failed, one a line.
+    GenerationReport Generate() const;
     // The text of the file for these sites; without a certificate, no HTTPS part.
     wxString Text(const SiteList& sites, bool https) const;
 
