@@ -14,9 +14,7 @@ public:
     explicit EnvironmentChange(const wxString& name) : name(name.ToStdWstring()) {
         existed = Read();
     }
-    ~EnvironmentChange() {
-        SetEnvironmentVariableW(name.c_str(), existed ? old.c_str() : nullptr);
-    }
+    ~EnvironmentChange() { SetEnvironmentVariableW(name.c_str(), existed ? old.c_str() : nullptr); }
     EnvironmentChange(const EnvironmentChange&) = delete;
     EnvironmentChange& operator=(const EnvironmentChange&) = delete;
 
@@ -72,8 +70,7 @@ void CloseAll(std::initializer_list<HANDLE> handles) {
 // The environment is the process's own, shared by every thread: one creation at a time.
 std::mutex creationLock;
 
-bool CreateHidden(const ChildSpec& launch, HANDLE input, HANDLE output,
-                  PROCESS_INFORMATION& info) {
+bool CreateHidden(const ChildSpec& launch, HANDLE input, HANDLE output, PROCESS_INFORMATION& info) {
     std::lock_guard<std::mutex> lock(creationLock);
     std::vector<std::unique_ptr<EnvironmentChange>> changes;
     if (!launch.pathPrefix.empty()) {

@@ -76,7 +76,7 @@ std::wstring Quoted(const wxString& argument) {
 } // namespace
 
 std::unique_ptr<DataChild> Win32Platform::StartDataChild(const std::vector<wxString>& argv,
-                                                          const wxString& errorFile) {
+                                                         const wxString& errorFile) {
     if (argv.empty())
         return nullptr;
     SECURITY_ATTRIBUTES inherit{sizeof inherit, nullptr, TRUE};
@@ -126,8 +126,8 @@ bool Win32Platform::MayListenOn(int port) {
 // file; a reader sees the old or the new contents.
 bool Win32Platform::SaveFileAtomically(const wxString& path, const std::string& bytes) {
     static std::atomic<unsigned> counter{0};
-    const wxString scratch = wxString::Format("%s.temp-%lu-%u", path, GetCurrentProcessId(),
-                                              ++counter);
+    const wxString scratch =
+        wxString::Format("%s.temp-%lu-%u", path, GetCurrentProcessId(), ++counter);
     HANDLE file = CreateFileW(scratch.wc_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
                               FILE_ATTRIBUTE_NORMAL, nullptr);
     if (file == INVALID_HANDLE_VALUE)

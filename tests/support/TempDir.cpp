@@ -9,7 +9,8 @@
 
 // A fresh scratch file name is unique (mkdtemp is not on every system): the folder takes its place.
 TempDir::TempDir(const wxString& prefix) {
-    const wxString name = wxFileName::CreateTempFileName(wxFileName::GetTempDir() + "/" + prefix + "-");
+    const wxString name =
+        wxFileName::CreateTempFileName(wxFileName::GetTempDir() + "/" + prefix + "-");
     if (name.empty() || !wxRemoveFile(name) || !wxMkdir(name, 0700))
         throw std::runtime_error("cannot create a temporary folder");
     path = name;

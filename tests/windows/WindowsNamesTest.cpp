@@ -54,7 +54,6 @@ TEST(WindowsNames, GenerationWritesForwardSlashesAndThePhp8Module) {
     wxString forward = root;
     forward.Replace("\\", "/");
     EXPECT_EQ(ReadBytes(paths.ApacheLiveConfig()),
-              "ServerRoot \"" + forward.utf8_string() +
-                  "/apache\"\nLoadModule php_module \"" + forward.utf8_string() +
-                  "/apache/php_8.2/php8apache2_4.dll\"\n");
+              "ServerRoot \"" + forward.utf8_string() + "/apache\"\nLoadModule php_module \"" +
+                  forward.utf8_string() + "/apache/php_8.2/php8apache2_4.dll\"\n");
 }

@@ -29,8 +29,7 @@ inline wxString CopyChildProgram(const TempDir& dir, const wxString& relativePat
 }
 
 // Polls condition every 10 ms for up to 10 s.
-template <typename Condition>
-bool WaitUntil(Condition condition) {
+template <typename Condition> bool WaitUntil(Condition condition) {
     for (int attempt = 0; attempt < 1000; ++attempt) {
         if (condition())
             return true;
