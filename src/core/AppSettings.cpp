@@ -4,8 +4,6 @@
 #include "core/TextFiles.h"
 #include "platform/Platform.h"
 
-namespace {} // namespace
-
 void AppSettings::Load(const wxString& path) {
     wxString text;
     if (!TextFiles::Read(path, text))
@@ -29,13 +27,18 @@ bool AppSettings::Save(const wxString& path) const {
 }
 
 bool AppSettings::SaveChanges(const wxString& path) {
-    AppSettings merged;
-    merged.Load(path);
+    std::map<wxString, wxString> changes;
     for (const auto& [key, value] : values) {
         const auto before = baseline.find(key);
         if (before == baseline.end() || before->second != value)
-            merged.SetString(key, value);
+            changes[key] = value;
     }
+    if (changes.empty())
+        return true;
+    AppSettings merged;
+    merged.Load(path);
+    for (const auto& [key, value] : changes)
+        merged.SetString(key, value);
     if (!merged.Save(path))
         return false;
     values = merged.values;

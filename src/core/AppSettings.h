@@ -29,7 +29,8 @@ public:
     bool Save(const wxString& path) const;
     // Writes over the file's current content only the entries changed here since the last Load
     // or SaveChanges, so that what another program changed in the file meanwhile stays; the
-    // store then holds the merged whole. The caller holds the tree lock.
+    // store then holds the merged whole. Nothing changed, nothing is written (a tree the user
+    // may not write is no failure then). The caller holds the tree lock.
     bool SaveChanges(const wxString& path);
     wxString ToText() const;
 

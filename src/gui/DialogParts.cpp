@@ -1,8 +1,12 @@
 #include "gui/DialogParts.h"
 
+#include "core/AppSettings.h"
+#include "core/FileErrors.h"
+#include "core/TreeLock.h"
 #include "platform/Platform.h"
 
 #include <wx/button.h>
+#include <wx/filefn.h>
 #include <wx/listbox.h>
 #include <wx/msgdlg.h>
 #include <wx/scrolwin.h>
@@ -82,6 +86,16 @@ wxWindow* PaneOf(wxStaticText* description) {
 void ShowFailures(wxWindow* parent, const wxString& failures) {
     if (!failures.empty())
         wxMessageBox(wxString(failures).Trim(), "Kovix", wxOK | wxICON_ERROR, parent);
+}
+
+void SaveSettingsChanges(wxWindow* parent, AppSettings& settings, const wxString& settingsFile) {
+    wxString failure;
+    {
+        const TreeLock lock(wxPathOnly(settingsFile));
+        if (!settings.SaveChanges(settingsFile))
+            failure = FileErrors::CannotWrite(settingsFile);
+    }
+    ShowFailures(parent, failure);
 }
 
 void OpenLink(const wxString& url) {

@@ -5,6 +5,7 @@
 
 #include <vector>
 
+class AppSettings;
 class wxButton;
 class wxListBox;
 class wxStaticText;
@@ -43,6 +44,10 @@ wxWindow* PaneOf(wxStaticText* description);
 // Shows what could not be written, one file a line, in a message box over parent; nothing when
 // failures is empty.
 void ShowFailures(wxWindow* parent, const wxString& failures);
+// How every window of the panel writes kovix.ini: only the settings changed here, over the file's
+// current content (what kovixctl wrote meanwhile stays), under the tree's lock. A file that cannot
+// be written is said over parent, once the lock is given back.
+void SaveSettingsChanges(wxWindow* parent, AppSettings& settings, const wxString& settingsFile);
 // Opens a documentation link in the browser; nothing for an empty link.
 void OpenLink(const wxString& url);
 // Shows text wrapped to the pane's width, scrolled to its start.

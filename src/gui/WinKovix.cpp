@@ -8,6 +8,7 @@
 #include "core/lang/LangTable.h"
 #include "core/net/HostNameLookupThread.h"
 #include "core/net/VersionCompare.h"
+#include "gui/DialogParts.h"
 #include "gui/Images.h"
 #include "gui/WinPrefs.h"
 #include "gui/WinStats.h"
@@ -774,25 +775,25 @@ void WinKovix::OnLink(wxHyperlinkEvent& event) {
     Platform::Get().OpenUrl(event.GetURL());
 }
 
-// Cancel keeps the window even when the close is forced (the tray's Exit).
+// Cancel keeps the window even when the close is forced (the tray's Exit). The settings are
+// written while the window still stands, so that a failure box has something to stand over.
 void WinKovix::OnClose(wxCloseEvent& event) {
+    int answer = wxNO;
     if (IsApacheRunning() || IsMysqlRunning()) {
-        const int answer =
+        answer =
             wxMessageBox(GetLangText("STOPSERVER_MESSAGE"), "Kovix", wxYES_NO | wxCANCEL, this);
         if (answer == wxCANCEL) {
             if (event.CanVeto())
                 event.Veto();
             return;
         }
-        if (answer == wxYES) {
-            statusTimer.Stop();
-            Hide();
-            stack.StopBoth();
-        }
     }
     // Destroy only schedules the deletion: no tick (and no pending restart) may run meanwhile.
     statusTimer.Stop();
+    DialogParts::SaveSettingsChanges(this, settings, paths.SettingsFile());
     Hide();
+    if (answer == wxYES)
+        stack.StopBoth();
     Destroy();
 }
 

@@ -3,13 +3,11 @@
 #include "core/AppSettings.h"
 #include "core/InstallPaths.h"
 #include "core/TextFiles.h"
-#include "core/TreeLock.h"
 #include "core/lang/LangTable.h"
 #include "gui/WinKovix.h"
 #include "gui/WinTaskBarIcon.h"
 #include "platform/Platform.h"
 
-#include <wx/filefn.h>
 #include <wx/image.h>
 #include <wx/msgdlg.h>
 
@@ -17,8 +15,7 @@ bool WinMainApp::OnInit() {
     TextFiles::InitEncoding();
     const wxString programFolder = InstallPaths::ExecutableFolder();
     settings = std::make_unique<AppSettings>();
-    settingsFile = InstallPaths(programFolder, *settings).SettingsFile();
-    settings->Load(settingsFile);
+    settings->Load(InstallPaths(programFolder, *settings).SettingsFile());
     InitLangTable(*settings);
     if (!ClaimSingleInstance(instanceChecker))
         return false;
@@ -35,10 +32,6 @@ bool WinMainApp::OnInit() {
 
 int WinMainApp::OnExit() {
     instanceChecker.reset();
-    if (settings) {
-        const TreeLock lock(wxPathOnly(settingsFile));
-        settings->SaveChanges(settingsFile);
-    }
     settings.reset();
     return wxApp::OnExit();
 }

@@ -9,7 +9,7 @@
 
 // The panel's application object: finds the program folder, loads kovix.ini, sets the language,
 // refuses a second panel of the same user, and opens the main window (or only the tray icon in
-// tray mode). The settings file is written once, at exit.
+// tray mode). The main window writes the settings it changed when it closes.
 class WinMainApp : public wxApp {
 public:
     bool OnInit() override;
@@ -22,7 +22,6 @@ public:
     static bool ClaimSingleInstance(std::unique_ptr<wxSingleInstanceChecker>& checker);
 
 private:
-    wxString settingsFile;
     std::unique_ptr<AppSettings> settings;
     std::unique_ptr<wxSingleInstanceChecker> instanceChecker;
 };

@@ -1,8 +1,6 @@
 #include "gui/WinPrefs.h"
 
 #include "core/AppSettings.h"
-#include "core/FileErrors.h"
-#include "core/TreeLock.h"
 #include "core/lang/LangTable.h"
 #include "gui/DialogParts.h"
 #include "platform/Platform.h"
@@ -11,7 +9,6 @@
 #include <wx/checkbox.h>
 #include <wx/combobox.h>
 #include <wx/filedlg.h>
-#include <wx/filefn.h>
 #include <wx/sizer.h>
 #include <wx/statbox.h>
 #include <wx/statline.h>
@@ -140,8 +137,6 @@ void WinPrefs::OnOk(wxCommandEvent&) {
                      checkbox_AutoRestartFileChanged->GetValue());
     settings.SetTextEditor(edit_TextEditor->GetValue());
     settings.SetBool(AppSettings::SITES_ENABLED, checkbox_Sites->GetValue());
-    const TreeLock lock(wxPathOnly(settingsFile));
-    if (!settings.SaveChanges(settingsFile))
-        DialogParts::ShowFailures(this, FileErrors::CannotWrite(settingsFile));
+    DialogParts::SaveSettingsChanges(this, settings, settingsFile);
     EndModal(wxID_OK);
 }

@@ -85,5 +85,6 @@ TEST(AppSettingsFile, SavingChangesKeepsWhatAnotherProgramWroteMeanwhile) {
     EXPECT_EQ(panel.GetPort(), 8080) << "the store holds the merged whole";
     WriteBytes(path, "APACHE_PORT = \"81\"\n");
     ASSERT_TRUE(panel.SaveChanges(path));
-    EXPECT_EQ(ReadBytes(path), "APACHE_PORT = \"81\"\n\n") << "nothing changed since";
+    EXPECT_EQ(ReadBytes(path), "APACHE_PORT = \"81\"\n")
+        << "nothing changed since, nothing written";
 }

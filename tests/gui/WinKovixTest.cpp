@@ -301,4 +301,28 @@ TEST_F(WinKovixTest, CloseAsksWhileAServerRunsAndCancelKeepsEverything) {
     EXPECT_TRUE(httpd.IsActive());
 }
 
+// A kovix.ini that cannot be replaced (here a folder of that name) is said as the window closes,
+// in the user's language, and the window goes all the same.
+TEST_F(WinKovixTest, ASettingsFileThatCannotBeWrittenIsSaidWhenTheWindowCloses) {
+    MakeTreeFolder(tree.Root(), "kovix.ini");
+    const wxString file = tree.File("kovix.ini");
+    const struct {
+        const char* language;
+        wxString message;
+    } languages[] = {
+        {"en", "Cannot write " + file + ": Is a directory"},
+        {"fr", wxString::FromUTF8("Impossible d'écrire ") + file + " : Is a directory"}};
+    for (const auto& language : languages) {
+        SCOPED_TRACE(language.language);
+        InitLangTable(settings, language.language);
+        WinKovix& frame = Open();
+        frame.Show();
+        wxString message, caption;
+        wxTEST_DIALOG(frame.Close(), ExpectMessage(message, caption));
+        EXPECT_EQ(message, language.message);
+        EXPECT_EQ(caption, "Kovix");
+        EXPECT_TRUE(WaitFor([&] { return !window; }));
+    }
+}
+
 } // namespace

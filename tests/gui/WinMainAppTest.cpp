@@ -1,8 +1,10 @@
-// One panel per user: the lock of the single-instance checker, held by a real kovix process.
+// A real kovix process: one panel per user (the lock of the single-instance checker), and what its
+// close does to kovix.ini.
 #include "gui/WinMainApp.h"
 #include "gui/GuiTesting.h"
 #include "support/CommandRunner.h"
 #include "support/FakeServer.h"
+#include "support/ImmutablePath.h"
 #include "support/ScopedEnv.h"
 #include "support/SmallTree.h"
 #include "support/X11Windows.h"
@@ -57,6 +59,31 @@ TEST(WinMainAppTest, APortSetByKovixctlWhileThePanelIsOpenStaysAfterTheUserClose
     const std::string settings = ReadBytes(tree.File("kovix.ini"));
     EXPECT_NE(settings.find("APACHE_PORT = \"18081\""), std::string::npos) << settings;
     EXPECT_NE(settings.find("START_ON_START = \"0\""), std::string::npos) << settings;
+}
+
+// A settings file that cannot be replaced is not lost in silence: the close shows a box (the
+// window tests read its text) before the panel goes, and the file stays as it was.
+TEST(WinMainAppTest, AClosingPanelThatCannotWriteItsSettingsSaysSoBeforeItGoes) {
+    TempDir home("kovix-home");
+    ScopedEnv homeVariable("HOME", home.Path());
+    SmallTree tree;
+    const std::string before = "START_ON_START = \"0\"\nAPACHE_PORT = \"18080\"\n";
+    WriteBytes(tree.File("kovix.ini"), before);
+    FakeServer panel(tree.Root(), "kovix", KOVIX_PATH, "");
+    const wxString lock = home.File(WinMainApp::InstanceName());
+    ASSERT_TRUE(WaitFor([&] { return !ReadBytes(lock).empty(); }, 20000));
+    // The panel has changed a setting to write: its PHP version, chosen at start-up.
+    const ImmutablePath frozen(tree.File("kovix.ini"));
+    if (!frozen.made)
+        GTEST_SKIP() << "this file system has no immutable files";
+
+    ASSERT_TRUE(WaitFor([&] { return X11Windows::RequestClose(panel.Pid()); }, 20000));
+    ASSERT_TRUE(WaitFor([&] { return X11Windows::ViewableWindowCount(panel.Pid()) == 2; }, 20000))
+        << "no message box over the panel";
+    EXPECT_TRUE(panel.IsActive());
+    ASSERT_TRUE(X11Windows::RequestClose(panel.Pid())); // the box's close; the window ignores it
+    EXPECT_TRUE(WaitFor([&] { return !panel.IsActive(); }, 20000));
+    EXPECT_EQ(ReadBytes(tree.File("kovix.ini")), before);
 }
 
 } // namespace

@@ -2,7 +2,7 @@
 
 #include "core/TemplateSwitches.h"
 #include "gui/GuiFixtures.h"
-#include "support/CommandRunner.h"
+#include "support/ImmutablePath.h"
 
 #include <wx/checklst.h>
 #include <wx/combobox.h>
@@ -61,21 +61,9 @@ TEST_F(WinPHPExtTest, OkSwitchesExtensionsAndWritesSettings) {
     EXPECT_EQ(saved.find("asp_tags"), std::string::npos);
 }
 
-// A folder where nothing can be created, even by root (chattr +i), until the guard goes.
-struct ImmutableFolder {
-    explicit ImmutableFolder(const wxString& folder)
-        : folder(folder), made(RunCommand({"chattr", "+i", folder}).exitCode == 0) {}
-    ~ImmutableFolder() {
-        if (made)
-            RunCommand({"chattr", "-i", folder});
-    }
-    wxString folder;
-    bool made;
-};
-
 TEST_F(WinPHPExtTest, ASaveOrRestoreThatCannotWriteSaysWhyAndKeepsTheDialogOpen) {
     const std::string before = ReadBytes(Source());
-    const ImmutableFolder locked(wxPathOnly(Source()));
+    const ImmutablePath locked(wxPathOnly(Source()));
     if (!locked.made)
         GTEST_SKIP() << "this file system has no immutable folders";
     EXPECT_EQ(RunDialog([&](P& dialog) {

@@ -25,6 +25,18 @@ std::vector<Window> TopLevelWindows(Display* display) {
 
 } // namespace
 
+std::vector<Window> ViewableWindowsOf(Display* display, long pid) {
+    std::vector<Window> windows;
+    for (Window window : TopLevelWindows(display)) {
+        XWindowAttributes attributes;
+        if (WindowPid(display, window) == pid &&
+            XGetWindowAttributes(display, window, &attributes) &&
+            attributes.map_state == IsViewable)
+            windows.push_back(window);
+    }
+    return windows;
+}
+
 long WindowPid(Display* display, Window window) {
     const Atom pidAtom = XInternAtom(display, "_NET_WM_PID", True);
     Atom type = None;
@@ -49,12 +61,7 @@ bool RequestClose(long pid) {
     const Atom protocols = XInternAtom(display.get(), "WM_PROTOCOLS", False);
     const Atom deleteWindow = XInternAtom(display.get(), "WM_DELETE_WINDOW", False);
     bool sent = false;
-    for (Window window : TopLevelWindows(display.get())) {
-        XWindowAttributes attributes;
-        if (WindowPid(display.get(), window) != pid ||
-            !XGetWindowAttributes(display.get(), window, &attributes) ||
-            attributes.map_state != IsViewable)
-            continue;
+    for (Window window : ViewableWindowsOf(display.get(), pid)) {
         XEvent event{};
         event.xclient.type = ClientMessage;
         event.xclient.window = window;
@@ -66,6 +73,11 @@ bool RequestClose(long pid) {
     }
     XFlush(display.get());
     return sent;
+}
+
+size_t ViewableWindowCount(long pid) {
+    Display_ display(XOpenDisplay(nullptr), &XCloseDisplay);
+    return display ? ViewableWindowsOf(display.get(), pid).size() : 0;
 }
 
 } // namespace X11Windows

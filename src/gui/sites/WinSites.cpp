@@ -1,7 +1,6 @@
 #include "gui/sites/WinSites.h"
 
 #include "core/AppSettings.h"
-#include "core/FileErrors.h"
 #include "core/lang/LangTable.h"
 #include "core/sites/LocalCertificate.h"
 #include "core/sites/SiteConfig.h"
@@ -146,8 +145,7 @@ void WinSites::OnHttpsPort(wxSpinEvent&) {
 }
 
 void WinSites::SaveSettings() {
-    if (!settings.Save(paths.SettingsFile()))
-        DialogParts::ShowFailures(this, FileErrors::CannotWrite(paths.SettingsFile()));
+    DialogParts::SaveSettingsChanges(this, settings, paths.SettingsFile());
 }
 
 void WinSites::OnTrust(wxCommandEvent&) {
