@@ -1,14 +1,13 @@
 // kovixctl commands on the virtual hosts of the Apache template and on the help catalogue.
 #include "cli/CtlCommand.h"
 #include "core/FileErrors.h"
+#include "core/TextFiles.h"
 #include "core/apache/HelpCatalogue.h"
 #include "core/apache/VirtualHostFile.h"
 #include "core/lang/LangTable.h"
 
-#include <fstream>
 #include <iostream>
 #include <iterator>
-#include <sstream>
 
 namespace {
 
@@ -45,26 +44,31 @@ OrderedJson HostToJson(const VirtualHostRecord& host) {
             {"others", TextsToJson(host.others)}};
 }
 
-[[noreturn]] void WrongShape(const std::string& what) {
-    throw CtlFailure("the virtual-host document is not of the expected shape: " + what);
+[[noreturn]] void WrongShape(const wxString& what) {
+    throw CtlFailure(wxString::Format(GetLangText("CTL_VHOSTS_SHAPE"), what));
+}
+
+// What is wrong with the field name, in the words of the language table's key.
+[[noreturn]] void WrongField(const char* key, const char* name) {
+    WrongShape(wxString::Format(GetLangText(key), name));
 }
 
 const nlohmann::json& Field(const nlohmann::json& object, const char* name, JsonType type) {
     const auto found = object.find(name);
     if (found == object.end())
-        WrongShape(std::string("missing \"") + name + "\"");
+        WrongField("CTL_VHOSTS_MISSING", name);
     if (found->type() != type)
-        WrongShape(std::string("\"") + name + "\" has the wrong type");
+        WrongField("CTL_VHOSTS_WRONG_TYPE", name);
     return *found;
 }
 
 // A text of the model; a line end in it would cut its template line in two.
 wxString JsonToText(const nlohmann::json& value, const char* name) {
     if (!value.is_string())
-        WrongShape(std::string("\"") + name + "\" must hold texts");
+        WrongField("CTL_VHOSTS_NOT_TEXTS", name);
     const std::string& text = value.get_ref<const std::string&>();
     if (text.find_first_of("\r\n") != std::string::npos)
-        WrongShape(std::string("\"") + name + "\" holds a line end");
+        WrongField("CTL_VHOSTS_LINE_END", name);
     return FromUtf8(text);
 }
 
@@ -78,7 +82,7 @@ wxString QuotedField(const nlohmann::json& object, const char* name) {
     const nlohmann::json& value = Field(object, name, JsonType::string);
     for (const char byte : value.get_ref<const std::string&>())
         if (byte == '"' || static_cast<unsigned char>(byte) < 0x20 || byte == 0x7f)
-            WrongShape(std::string("\"") + name + "\" holds a quote or a control character");
+            WrongField("CTL_VHOSTS_QUOTE", name);
     return JsonToText(value, name);
 }
 
@@ -95,7 +99,7 @@ std::vector<wxString> TextsField(const nlohmann::json& object, const char* name)
 
 const nlohmann::json& ObjectIn(const nlohmann::json& value, const char* list) {
     if (!value.is_object())
-        WrongShape(std::string("\"") + list + "\" must hold objects");
+        WrongField("CTL_VHOSTS_NOT_OBJECTS", list);
     return value;
 }
 
@@ -139,7 +143,7 @@ std::vector<VirtualHostRecord> JsonToHosts(const std::string& text) {
         throw CtlFailure(wxString::Format(GetLangText("JSON_MALFORMED"), message));
     }
     if (!document.is_object())
-        WrongShape("the document must be an object");
+        WrongShape(GetLangText("CTL_VHOSTS_NOT_OBJECT"));
     std::vector<VirtualHostRecord> hosts;
     for (const nlohmann::json& host : Field(document, "hosts", JsonType::array))
         hosts.push_back(JsonToHost(ObjectIn(host, "hosts")));
@@ -147,21 +151,18 @@ std::vector<VirtualHostRecord> JsonToHosts(const std::string& text) {
 }
 
 std::string ReadInput(const wxString& name) {
-    std::ostringstream content;
-    if (name == "-") {
-        content << std::cin.rdbuf();
-        return content.str();
-    }
-    std::ifstream file(name.fn_str(), std::ios::binary);
-    if (!file || !(content << file.rdbuf()))
-        throw CtlFailure("cannot read " + name);
-    return content.str();
+    if (name == "-")
+        return std::string(std::istreambuf_iterator<char>(std::cin), {});
+    std::string bytes;
+    if (!TextFiles::ReadBytes(name, bytes))
+        throw CtlFailure(FileErrors::CannotRead(name));
+    return bytes;
 }
 
 VirtualHostFile LoadTemplate(CtlContext& context) {
     VirtualHostFile file;
     if (!LoadVirtualHostFile(file, context.paths))
-        throw CtlFailure("cannot read " + file.path);
+        throw CtlFailure(FileErrors::CannotRead(file.path));
     return file;
 }
 

@@ -6,6 +6,7 @@
 #include "core/FileErrors.h"
 #include "core/PhpVersions.h"
 #include "core/TemplateSwitches.h"
+#include "core/lang/LangTable.h"
 
 #include <algorithm>
 
@@ -22,6 +23,7 @@ void PrintJson(CtlContext& context, const Json& document) {
 // What the two switch commands differ in: which lines, how a name selects one, how it is made.
 struct SwitchFacility {
     const char* what;
+    const char* noMatchKey; // the refusal of a name that matches no line
     std::vector<wxString> (*list)(const InstallPaths&);
     bool (*selects)(const wxString& line, const wxString& name);
     wxString (*make)(const wxString& line, bool enabled);
@@ -38,14 +40,20 @@ bool ModuleSelected(const wxString& line, const wxString& key) {
     return !key.empty() && ModuleKeyOf(line) == key;
 }
 
-const SwitchFacility extensions{
-    "extension",         ListExtensionLines,
-    ExtensionSelected,   MakeExtensionLine,
-    WriteExtensionLines, [](const InstallPaths& paths) { return paths.PhpSourceConfig(); }};
-const SwitchFacility modules{
-    "module",         ListModuleLines,
-    ModuleSelected,   MakeModuleLine,
-    WriteModuleLines, [](const InstallPaths& paths) { return paths.ApacheSourceConfig(); }};
+const SwitchFacility extensions{"extension",
+                                "CTL_NO_EXTENSION_LINE",
+                                ListExtensionLines,
+                                ExtensionSelected,
+                                MakeExtensionLine,
+                                WriteExtensionLines,
+                                [](const InstallPaths& paths) { return paths.PhpSourceConfig(); }};
+const SwitchFacility modules{"module",
+                             "CTL_NO_MODULE_LINE",
+                             ListModuleLines,
+                             ModuleSelected,
+                             MakeModuleLine,
+                             WriteModuleLines,
+                             [](const InstallPaths& paths) { return paths.ApacheSourceConfig(); }};
 
 // Every named line is switched or nothing is: an unknown name is refused before writing, and a
 // template already in the asked state is not rewritten (its time stamp would restart servers).
@@ -65,8 +73,8 @@ void Switch(CtlContext& context, const SwitchFacility& facility, bool enabled) {
                 found = true;
             }
         if (!found)
-            throw CtlFailure(wxString("no ") + facility.what + " line matches " + name + " in " +
-                             facility.source(context.paths));
+            throw CtlFailure(wxString::Format(GetLangText(facility.noMatchKey), name,
+                                              facility.source(context.paths)));
     }
     if (changes && !facility.write(context.paths, entries))
         throw CtlFailure(FileErrors::CannotWrite(facility.source(context.paths)));
@@ -111,8 +119,8 @@ void PhpUse(CtlContext& context) {
     context.ExpectArgCount(1, 1);
     const std::vector<wxString> versions = PhpVersions::List(context.paths);
     if (std::find(versions.begin(), versions.end(), context.Arg(0)) == versions.end())
-        throw CtlFailure("no PHP version " + context.Arg(0) + " in " +
-                         context.paths.ApacheFolder());
+        throw CtlFailure(wxString::Format(GetLangText("CTL_NO_PHP_VERSION"), context.Arg(0),
+                                          context.paths.ApacheFolder()));
     context.settings.SetPhpVersion(context.Arg(0));
     context.SettingsChanged();
 }

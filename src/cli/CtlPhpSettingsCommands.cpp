@@ -2,6 +2,7 @@
 #include "cli/CtlCommand.h"
 #include "core/FileErrors.h"
 #include "core/PhpVersions.h"
+#include "core/lang/LangTable.h"
 #include "core/php/PHPControlConfig.h"
 
 namespace CtlCommands {
@@ -41,12 +42,12 @@ void PhpSet(CtlContext& context) {
     PHPControlConfig table(context.paths);
     PHPSettingRecord* record = table.Find(context.Arg(0));
     if (!record)
-        throw CtlFailure(context.Arg(0) + " is not an editable PHP setting");
+        throw CtlFailure(wxString::Format(GetLangText("CTL_PHP_NOT_EDITABLE"), context.Arg(0)));
     const wxString value = ChoiceNamed(*record, context.Arg(1));
     // The writer only replaces lines the reader recognised; without one it would change nothing.
     if (record->value.empty())
-        throw CtlFailure(record->directive + " has no line setting it to a word in " +
-                         context.paths.PhpSourceConfig() + "; nothing written");
+        throw CtlFailure(wxString::Format(GetLangText("CTL_PHP_NO_WORD_LINE"), record->directive,
+                                          context.paths.PhpSourceConfig()));
     record->value = value;
     if (!table.WriteValues())
         throw CtlFailure(FileErrors::CannotWrite(table.GetPath()));

@@ -88,3 +88,23 @@ TEST_F(CtlApacheTest, BadDocumentsExitOneAndLeaveTheTemplateAlone) {
     EXPECT_EQ(Import(R"({"hosts": []})").exitCode, 1) << "no template to rewrite";
     EXPECT_FALSE(wxFileExists(tree.File(templatePath)));
 }
+
+// The refusals name what is wrong, in the language of the tree's settings.
+TEST_F(CtlApacheTest, RefusalsOfTheDocumentAreInTheUsersLanguage) {
+    const std::string missingName = R"({"hosts": [{"address": "*"}]})";
+    const wxString missingFile = tree.File("missing.json");
+    EXPECT_EQ(Import(missingName).err,
+              "The virtual-host document is not of the expected shape: missing \"ServerName\"\n");
+
+    Write("kovix.ini", "CURRENT_LANG = \"fr\"\n");
+    const wxString refusal = wxString::FromUTF8("Le document des hôtes virtuels n'a pas la forme "
+                                                "attendue : ");
+    EXPECT_EQ(Import("[]").err, refusal + wxString::FromUTF8("le document doit être un objet\n"));
+    EXPECT_EQ(Import(missingName).err, refusal + wxString::FromUTF8("« ServerName » manque\n"));
+    const CommandResult unreadable = Ctl({"apache", "vhosts", "import", missingFile});
+    EXPECT_EQ(unreadable.exitCode, 1);
+    EXPECT_TRUE(unreadable.err.StartsWith(wxString::FromUTF8("Impossible de lire ") +
+                                          missingFile + " : "))
+        << unreadable.err;
+    EXPECT_EQ(Read(templatePath), handWrittenTemplate);
+}
