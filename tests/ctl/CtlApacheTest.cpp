@@ -103,8 +103,8 @@ TEST_F(CtlApacheTest, RefusalsOfTheDocumentAreInTheUsersLanguage) {
     EXPECT_EQ(Import(missingName).err, refusal + wxString::FromUTF8("« ServerName » manque\n"));
     const CommandResult unreadable = Ctl({"apache", "vhosts", "import", missingFile});
     EXPECT_EQ(unreadable.exitCode, 1);
-    EXPECT_TRUE(unreadable.err.StartsWith(wxString::FromUTF8("Impossible de lire ") +
-                                          missingFile + " : "))
+    EXPECT_TRUE(
+        unreadable.err.StartsWith(wxString::FromUTF8("Impossible de lire ") + missingFile + " : "))
         << unreadable.err;
     EXPECT_EQ(Read(templatePath), handWrittenTemplate);
 }

@@ -89,9 +89,13 @@ TEST_F(CtlConfigTest, RefusedSwitchesWriteNothing) {
     stat(tree.File("apache/php_8.2/php_source.ini").fn_str(), &before);
     const CommandResult unknown = Ctl({"php", "ext", "enable", "mysql", "nosuch"});
     EXPECT_EQ(unknown.exitCode, 1);
-    EXPECT_TRUE(unknown.err.Contains("nosuch"));
+    EXPECT_EQ(unknown.err, "No extension line matches nosuch in " +
+                               tree.File("apache/php_8.2/php_source.ini") + "\n");
     EXPECT_EQ(Ctl({"php", "ext", "enable"}).exitCode, 2);
-    EXPECT_EQ(Ctl({"apache", "module", "disable", "nosuch_module"}).exitCode, 1);
+    const CommandResult module = Ctl({"apache", "module", "disable", "nosuch_module"});
+    EXPECT_EQ(module.exitCode, 1);
+    EXPECT_EQ(module.err, "No module line matches nosuch_module in " +
+                              tree.File("apache/conf/httpd_source.conf") + "\n");
     EXPECT_EQ(Ctl({"php", "ext", "enable", "gd"}).exitCode, 0);
     stat(tree.File("apache/php_8.2/php_source.ini").fn_str(), &after);
     EXPECT_EQ(after.st_ino, before.st_ino) << "a line already in the asked state is not rewritten";
