@@ -18,7 +18,9 @@
 # folder's size. An existing OUT is replaced only when it is a Kovix bundle whose servers are
 # stopped.
 #
-set -euo pipefail
+set -Eeuo pipefail
+# A command that fails without a word would end the script silently: name it.
+trap 'printf "bundle: failed at line %s: %s\n" "$LINENO" "$BASH_COMMAND" >&2' ERR
 umask 022
 
 HERE="$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)"
