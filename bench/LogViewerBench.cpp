@@ -4,6 +4,7 @@
 // The writer is a thread of its own, outside the measured time. Needs a display:
 //
 //   xvfb-run -a -s "-screen 0 1280x1024x24" LogViewerBench [SECONDS] [LINES_PER_SECOND]
+#include "BenchApp.h"
 #include "core/AppSettings.h"
 #include "core/InstallPaths.h"
 #include "core/lang/LangTable.h"
@@ -23,19 +24,6 @@
 #include <thread>
 
 namespace {
-
-class BenchApp : public wxApp {
-public:
-    bool OnInit() override { return true; }
-};
-
-void RunLoop(int ms) {
-    wxGUIEventLoop loop;
-    wxTimer stop;
-    stop.Bind(wxEVT_TIMER, [&loop](wxTimerEvent&) { loop.Exit(); });
-    stop.StartOnce(ms);
-    loop.Run();
-}
 
 double ThreadSeconds() {
     timespec now{};
@@ -79,7 +67,7 @@ private:
 
 double MeasureShare(int seconds) {
     const double before = ThreadSeconds();
-    RunLoop(seconds * 1000);
+    BenchApp::RunLoop(seconds * 1000);
     return 100.0 * (ThreadSeconds() - before) / seconds;
 }
 

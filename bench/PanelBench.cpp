@@ -7,6 +7,7 @@
 // cache and without it. Needs a display:
 //
 //   xvfb-run -a -s "-screen 0 1280x1024x24" PanelBench [SECONDS]
+#include "BenchApp.h"
 #include "core/AppSettings.h"
 #include "core/TextFiles.h"
 #include "core/lang/LangTable.h"
@@ -45,26 +46,12 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-class BenchApp : public wxApp {
-public:
-    bool OnInit() override { return true; }
-};
-
-// Runs the event loop for ms milliseconds, idle as the panel normally is.
-void RunLoop(int ms) {
-    wxGUIEventLoop loop;
-    wxTimer stop;
-    stop.Bind(wxEVT_TIMER, [&loop](wxTimerEvent&) { loop.Exit(); });
-    stop.StartOnce(ms);
-    loop.Run();
-}
-
 bool RunLoopUntil(const std::function<bool()>& condition, int timeoutMs) {
     const auto end = Clock::now() + std::chrono::milliseconds(timeoutMs);
     while (!condition()) {
         if (Clock::now() > end)
             return false;
-        RunLoop(100);
+        BenchApp::RunLoop(100);
     }
     return true;
 }
@@ -100,7 +87,7 @@ struct Timing {
 Timing TimeEach(const std::function<void()>& action, int count) {
     std::vector<double> ms;
     for (int i = 0; i < count; ++i) {
-        RunLoop(20);
+        BenchApp::RunLoop(20);
         const auto start = Clock::now();
         action();
         ms.push_back(std::chrono::duration<double, std::milli>(Clock::now() - start).count());
@@ -244,7 +231,7 @@ void MeasureColdStart(const wxString& root, int rounds) {
 void MeasureIdle(const char* what, int seconds) {
     TickCounter counter;
     const ProcessorTimes from = OwnTimes();
-    RunLoop(seconds * 1000);
+    BenchApp::RunLoop(seconds * 1000);
     const ProcessorTimes to = OwnTimes();
     std::printf("%-52s %6.2f %% of one core over %d s, %d ticks (goal < 0.5 %%)\n", what,
                 OneCoreShare(from, to), seconds, counter.ticks);
@@ -271,7 +258,7 @@ int Run(int seconds) {
         window->Destroy();
         return 1;
     }
-    RunLoop(2000);
+    BenchApp::RunLoop(2000);
     std::printf("Panel with Apache and MariaDB running (%d cores)\n", wxThread::GetCPUCount());
     MeasureIdle("main window, status ticks:", seconds);
     window->GetStatsWindow()->Show();
@@ -282,14 +269,14 @@ int Run(int seconds) {
     PrintTickCosts(*window, "", "");
     {
         IdleProcesses idle(1000);
-        RunLoop(ProcessCache::YOUNG_MS); // a young process is read on every tick
+        BenchApp::RunLoop(ProcessCache::YOUNG_MS); // a young process is read on every tick
         PrintTickCosts(*window, wxString::Format(", +%zu idle", idle.Count()), " (goal < 1 ms)");
     }
 
     window->StopBoth();
     RunLoopUntil([&] { return !window->IsApacheRunning() && !window->IsMysqlRunning(); }, 30000);
     window->Destroy();
-    RunLoop(100);
+    BenchApp::RunLoop(100);
     return 0;
 }
 
