@@ -1,6 +1,7 @@
 // Process, processor-time and socket services of PosixPlatform, read from /proc.
 #include "platform/PosixChildProcess.h"
 #include "platform/PosixPlatform.h"
+#include "platform/UnixSocketAddress.h"
 
 #include <algorithm>
 #include <arpa/inet.h>
@@ -333,10 +334,8 @@ bool PosixPlatform::HasIpv6Loopback() {
 bool PosixPlatform::IsLocalSocketAccepting(const wxString& path) {
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
-    const std::string bytes = path.utf8_string();
-    if (bytes.empty() || bytes.size() >= sizeof address.sun_path)
+    if (!FillUnixSocketPath(path, address))
         return false;
-    std::memcpy(address.sun_path, bytes.c_str(), bytes.size() + 1);
     int fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
     const bool connected =
         fd >= 0 && connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;

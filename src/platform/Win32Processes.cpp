@@ -1,4 +1,5 @@
 // Process, processor-time and socket services of Win32Platform.
+#include "platform/UnixSocketAddress.h"
 #include "platform/Win32ChildProcess.h"
 #include "platform/Win32Platform.h"
 
@@ -273,10 +274,8 @@ bool Win32Platform::HasIpv6Loopback() {
 bool Win32Platform::IsLocalSocketAccepting(const wxString& path) {
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
-    const std::string bytes = path.utf8_string();
-    if (bytes.empty() || bytes.size() >= sizeof address.sun_path)
+    if (!FillUnixSocketPath(path, address))
         return false;
-    std::memcpy(address.sun_path, bytes.c_str(), bytes.size() + 1);
     Socket client(AF_UNIX, SOCK_STREAM);
     return client &&
            connect(client.Get(), reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
